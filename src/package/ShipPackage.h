@@ -109,3 +109,18 @@ struct ShipPackage
 
     bool IsTombstone() const { return Deleted != 0; }
 };
+
+// The comment as a record keeps it on one line: a carriage return becomes a
+// blank and a line feed the token "<newline>".
+inline QString CommentToRecord(QString text)
+{
+    text.replace('\r', ' ');
+    text.replace('\n', QStringLiteral("<newline>"));
+    return text;
+}
+
+inline QString CommentFromRecord(QString text)
+{
+    text.replace(QStringLiteral("<newline>"), QStringLiteral("\n"));
+    return text;
+}

