@@ -4,6 +4,7 @@
 
 CreateShip::CreateShip(QWidget* parent, const char* name, Qt::WindowFlags flags) : QMainWindow(parent, flags)
 {
+    FormSupport::EnsureResources();
     FormSupport::ApplyObjectName(this, name);
     setupUi(this);
     for (QTreeWidget* list : {ListText, ListDummy, ListComp, ListCockpit})

@@ -6,6 +6,11 @@ class QTreeWidget;
 
 namespace FormSupport {
 
+// Registers the pictures compiled into the forms library. The library is
+// static, so its resource object is linked in only when something refers to
+// it; every form calls this before it builds its widgets.
+void EnsureResources();
+
 // Gives the form its object name when the caller passed one; a null or empty
 // name keeps the name that the Designer file set.
 void ApplyObjectName(QObject* form, const char* name);
