@@ -78,7 +78,7 @@ void DCreateShip::StartTextLoad()
         return;
     setEnabled(false);
     repaint();
-    statusBar()->showMessage(UiText[350] + "...");
+    QMainWindow::statusBar()->showMessage(UiText[350] + "...");
     QTimer::singleShot(100, this, &DCreateShip::GetText);
 }
 
@@ -112,6 +112,6 @@ void DCreateShip::ExtractTo(const QString& package, const QString& directory, bo
     }
     SetBusy(false);
     repaint();
-    statusBar()->showMessage(UiText[198] + " " + package + "...");
+    QMainWindow::statusBar()->showMessage(UiText[198] + " " + package + "...");
     QTimer::singleShot(100, this, &DCreateShip::Slot_StartExtract);
 }

@@ -196,8 +196,8 @@ void DCreateShip::ReadClassAndVariantFiles()
 
 void DCreateShip::CreateProgressBar()
 {
-    ProgressBar = new StatusProgressBar(statusBar(), "progress"); // owned by the status bar
-    statusBar()->addPermanentWidget(ProgressBar);
+    ProgressBar = new StatusProgressBar(QMainWindow::statusBar(), "progress"); // owned by the status bar
+    QMainWindow::statusBar()->addPermanentWidget(ProgressBar);
     ProgressBar->hide();
 }
 

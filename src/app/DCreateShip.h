@@ -91,7 +91,7 @@ public:
     // and extraction; the window's flow around them is complete.
     bool OpenPackage(const QString& path);
     bool Save(const QString& path);
-    void StartEditMode();
+    virtual void StartEditMode();
     void AskExtractTarget(const QString& package, bool quiet);
     void ExtractTo(const QString& package, const QString& directory, bool quiet);
 

@@ -30,13 +30,13 @@ void DCreateShip::Slot_Open()
     SetBusy(false);
     repaint();
     PathToOpen = path;
-    statusBar()->showMessage(UiText[67] + " " + path + "...");
+    QMainWindow::statusBar()->showMessage(UiText[67] + " " + path + "...");
     QTimer::singleShot(kJobDelayMs, this, &DCreateShip::Slot_OpenFile);
 }
 
 void DCreateShip::Slot_OpenFile()
 {
-    statusBar()->showMessage(UiText[67] + " " + PathToOpen + "...");
+    QMainWindow::statusBar()->showMessage(UiText[67] + " " + PathToOpen + "...");
     OpenPackage(PathToOpen);
 }
 
@@ -79,7 +79,7 @@ void DCreateShip::StartSave(bool alwaysAsk)
     ProgressBar->show();
     repaint();
     PathToSave = path;
-    statusBar()->showMessage(UiText[68] + " " + path + "...");
+    QMainWindow::statusBar()->showMessage(UiText[68] + " " + path + "...");
     QTimer::singleShot(kJobDelayMs, this, &DCreateShip::Slot_SaveFile);
 }
 
@@ -95,7 +95,7 @@ void DCreateShip::Slot_SaveAs()
 
 void DCreateShip::Slot_SaveFile()
 {
-    statusBar()->showMessage(UiText[68] + " " + PathToSave + "...");
+    QMainWindow::statusBar()->showMessage(UiText[68] + " " + PathToSave + "...");
     Save(PathToSave);
 }
 

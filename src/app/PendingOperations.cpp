@@ -11,7 +11,7 @@
 bool DCreateShip::OpenPackage(const QString& path)
 {
     Q_UNUSED(path);
-    statusBar()->clearMessage();
+    QMainWindow::statusBar()->clearMessage();
     SetBusy(true);
     return false;
 }
@@ -20,7 +20,7 @@ bool DCreateShip::Save(const QString& path)
 {
     Q_UNUSED(path);
     ProgressBar->hide();
-    statusBar()->clearMessage();
+    QMainWindow::statusBar()->clearMessage();
     SetBusy(true);
     return false;
 }
@@ -31,7 +31,7 @@ void DCreateShip::StartEditMode()
 
 void DCreateShip::Slot_StartExtract()
 {
-    statusBar()->clearMessage();
+    QMainWindow::statusBar()->clearMessage();
     SetBusy(true);
 }
 
@@ -39,6 +39,6 @@ void DCreateShip::GetText()
 {
     setEnabled(true);
     repaint();
-    statusBar()->clearMessage();
+    QMainWindow::statusBar()->clearMessage();
     TextLoaded = true;
 }
