@@ -74,10 +74,10 @@ bool LanguageFileHandler::endElement(const QString& name)
 
 bool LanguageFileHandler::characters(const QString& text)
 {
-    if (m_current < 0)
+    QStringList* table = currentTable();
+    if (m_current < 0 || table == nullptr || m_current >= table->size())
         return true;
-    if (QStringList* table = currentTable())
-        (*table)[m_current] = TransformUiMarkup(text);
+    (*table)[m_current] = TransformUiMarkup(text);
     return true;
 }
 

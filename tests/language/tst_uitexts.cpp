@@ -1,0 +1,518 @@
+// Tests of the interface text reader and of the shipped language file.
+#include "language/UiTexts.h"
+
+#include <QFile>
+#include <QMap>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+namespace {
+
+// The interface tables as the main window holds them, read from one file.
+struct Tables
+{
+    QStringList main = PlaceholderUiTexts(UiTextCount);
+    QStringList extra = PlaceholderUiTexts(UiTextExtraCount);
+    QList<LanguageEntry> languages;
+
+    bool read(const QString& path, const QString& language)
+    {
+        return ReadUiTexts(path, language, main, extra, languages);
+    }
+};
+
+QString placeholder(int index)
+{
+    return QStringLiteral("ReadText-%1").arg(index);
+}
+
+QString shippedFile()
+{
+    return qEnvironmentVariable("HW_DATA_DIR") + QStringLiteral("/hw_languages.xml");
+}
+
+// Every <t> of one section of one language, by id, with the comments that
+// stand in that section.
+struct Section
+{
+    QMap<int, QString> texts; // raw file text, before the markup transform
+    QList<int> duplicateIds;
+    QList<QPair<int, QString>> comments; // id of the preceding <t>, comment text
+};
+
+// language name -> section name -> content. Empty when the file is not
+// well-formed; `error` then says why.
+QMap<QString, QMap<QString, Section>> scanLanguageFile(const QString& path, QString& error)
+{
+    QMap<QString, QMap<QString, Section>> result;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        error = file.errorString();
+        return {};
+    }
+    QXmlStreamReader reader(&file);
+    QString language, section;
+    int lastId = -1;
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement()) {
+            const QString name = reader.name().toString().toLower();
+            if (name == QLatin1String("language")) {
+                language = reader.attributes().value(QLatin1String("name")).toString();
+            } else if (name == QLatin1String("hullwright") || name == QLatin1String("shared")) {
+                section = name;
+                result[language][section];
+            } else if (name == QLatin1String("t") && !section.isEmpty()) {
+                lastId = reader.attributes().value(QLatin1String("id")).toInt();
+                const QString text = reader.readElementText();
+                Section& content = result[language][section];
+                if (content.texts.contains(lastId))
+                    content.duplicateIds.append(lastId);
+                content.texts.insert(lastId, text);
+            }
+        } else if (reader.isEndElement()) {
+            const QString name = reader.name().toString().toLower();
+            if (name == QLatin1String("hullwright") || name == QLatin1String("shared"))
+                section.clear();
+        } else if (reader.isComment() && !section.isEmpty()) {
+            result[language][section].comments.append({lastId, reader.text().toString()});
+        }
+    }
+    if (reader.hasError()) {
+        error = QStringLiteral("line %1: %2").arg(reader.lineNumber()).arg(reader.errorString());
+        return {};
+    }
+    return result;
+}
+
+// The index that a comment explains: the number it starts with, or -1.
+int commentIndex(const QString& comment)
+{
+    static const QRegularExpression leadingNumber(QStringLiteral("^\\s*(\\d+)\\s*:"));
+    const QRegularExpressionMatch match = leadingNumber.match(comment);
+    return match.hasMatch() ? match.captured(1).toInt() : -1;
+}
+
+// The indices that a section's comments describe.
+QList<int> listedIndices(const Section& section)
+{
+    QList<int> indices;
+    for (const auto& [previousId, comment] : section.comments) {
+        if (const int index = commentIndex(comment); index >= 0)
+            indices.append(index);
+    }
+    return indices;
+}
+
+QSet<QString> placeholdersIn(const QString& text)
+{
+    static const QRegularExpression placeholder(QStringLiteral("%[1-9]"));
+    QSet<QString> found;
+    for (const QRegularExpressionMatch& match : placeholder.globalMatch(text))
+        found.insert(match.captured());
+    return found;
+}
+
+} // namespace
+
+class TestUiTexts : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+    int m_fileCount = 0;
+
+    // Writes `content` to a fresh file of the temporary directory.
+    QString writeFile(const QByteArray& content)
+    {
+        const QString path = m_dir.filePath(QStringLiteral("lang%1.xml").arg(++m_fileCount));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write test file %s", qPrintable(path));
+        return path;
+    }
+
+    // One English language with the given main and shared section bodies.
+    QString writeEnglish(const QByteArray& main, const QByteArray& shared = {})
+    {
+        return writeFile("<?xml version=\"1.0\"?>\n<languages><language name=\"English\" id=\"44\" "
+                         "translator=\"T\"><hullwright>" +
+                         main + "</hullwright><shared>" + shared + "</shared></language></languages>\n");
+    }
+
+private slots:
+    void initTestCase() { QVERIFY(m_dir.isValid()); }
+
+    void markupTransforms_data()
+    {
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("accelerator") << "Open_File"
+                                     << "Open&File";
+        QTest::newRow("every underscore") << "_a_b"
+                                          << "&a&b";
+        QTest::newRow("angle brackets") << "#lbhello#rb"
+                                        << "<hello>";
+        QTest::newRow("line break") << "line\\nbreak"
+                                    << "line\nbreak";
+        QTest::newRow("other backslashes stay") << "C:\\temp\\x\\"
+                                                << "C:\\temp\\x\\";
+        QTest::newRow("bold") << "[b]x[/b]"
+                              << "<b>x</b>";
+        QTest::newRow("lone closing mark stays") << "a[/b]"
+                                                 << "a[/b]";
+        QTest::newRow("every closing mark once bold") << "[b]x[/b] y[/b]"
+                                                      << "<b>x</b> y</b>";
+        QTest::newRow("all together") << "[b]_Save#rb[/b]\\n#lbnow"
+                                      << "<b>&Save></b>\n<now";
+        QTest::newRow("plain text") << "Ship Name"
+                                    << "Ship Name";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+
+    void markupTransforms()
+    {
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
+        QCOMPARE(TransformUiMarkup(input), expected);
+    }
+
+    void placeholdersNameTheirIndex()
+    {
+        const QStringList texts = PlaceholderUiTexts(UiTextCount);
+        QCOMPARE(texts.size(), UiTextCount);
+        QCOMPARE(texts.first(), QStringLiteral("ReadText-0"));
+        QCOMPARE(texts.at(57), QStringLiteral("ReadText-57"));
+        QCOMPARE(texts.last(), QStringLiteral("ReadText-419"));
+        QVERIFY(PlaceholderUiTexts(0).isEmpty());
+    }
+
+    void textsLandInTheirTables()
+    {
+        Tables tables;
+        QVERIFY(tables.read(writeEnglish("<t id=\"0\">main zero</t><t id=\"419\">_Last</t>",
+                                         "<t id=\"0\">extra zero</t><t id=\"49\">extra last</t>"),
+                            QStringLiteral("English")));
+        QCOMPARE(tables.main.at(0), QStringLiteral("main zero"));
+        QCOMPARE(tables.main.at(419), QStringLiteral("&Last"));
+        QCOMPARE(tables.extra.at(0), QStringLiteral("extra zero"));
+        QCOMPARE(tables.extra.at(49), QStringLiteral("extra last"));
+        QCOMPARE(tables.main.at(1), placeholder(1));
+        QCOMPARE(tables.extra.at(1), placeholder(1));
+        QCOMPARE(tables.main.size(), UiTextCount);
+        QCOMPARE(tables.extra.size(), UiTextExtraCount);
+    }
+
+    void indicesOutOfRangeArePassedOver()
+    {
+        // An out-of-range text must neither grow a table nor fall into the
+        // entry read just before it.
+        Tables tables;
+        QVERIFY(
+            tables.read(writeEnglish("<t id=\"5\">five</t><t id=\"420\">beyond</t>"
+                                     "<t id=\"-1\">negative</t><t id=\"9999\">far</t>",
+                                     "<t id=\"7\">seven</t><t id=\"50\">beyond</t><t id=\"-3\">negative</t>"),
+                        QStringLiteral("English")));
+        QCOMPARE(tables.main.size(), UiTextCount);
+        QCOMPARE(tables.extra.size(), UiTextExtraCount);
+        QCOMPARE(tables.main.at(5), QStringLiteral("five"));
+        QCOMPARE(tables.extra.at(7), QStringLiteral("seven"));
+        QVERIFY(!tables.main.contains(QStringLiteral("beyond")));
+        QVERIFY(!tables.main.contains(QStringLiteral("negative")));
+        QVERIFY(!tables.extra.contains(QStringLiteral("beyond")));
+        QVERIFY(!tables.extra.contains(QStringLiteral("negative")));
+        // 50 is a good index of the main table, but not of the shared one.
+        QCOMPARE(tables.main.at(50), placeholder(50));
+    }
+
+    void tablesSmallerThanTheirLimitsAreNotOverrun()
+    {
+        QStringList main = PlaceholderUiTexts(10);
+        QStringList extra = PlaceholderUiTexts(2);
+        QList<LanguageEntry> languages;
+        QVERIFY(
+            ReadUiTexts(writeEnglish("<t id=\"3\">three</t><t id=\"15\">fifteen</t>", "<t id=\"5\">x</t>"),
+                        QStringLiteral("English"), main, extra, languages));
+        QCOMPARE(main.size(), 10);
+        QCOMPARE(extra.size(), 2);
+        QCOMPARE(main.at(3), QStringLiteral("three"));
+    }
+
+    void textBetweenElementsIsPassedOver()
+    {
+        // Indentation and stray words around the texts, as in a file edited
+        // by hand, change no entry.
+        Tables tables;
+        QVERIFY(tables.read(writeFile("<?xml version=\"1.0\"?>\n<languages>\n"
+                                      "  <language name=\"English\" id=\"44\" translator=\"T\">\n"
+                                      "    <hullwright>\n      <t id=\"1\">one</t> stray\n"
+                                      "      <t id=\"300\">three hundred</t>\n    </hullwright>\n"
+                                      "    <shared>\n      <t id=\"2\">two</t>\n    </shared> tail\n"
+                                      "  </language>\n</languages>\n"),
+                            QStringLiteral("English")));
+        QCOMPARE(tables.main.at(1), QStringLiteral("one"));
+        QCOMPARE(tables.main.at(300), QStringLiteral("three hundred"));
+        QCOMPARE(tables.extra.at(2), QStringLiteral("two"));
+        QCOMPARE(tables.main.at(0), placeholder(0));
+        QCOMPARE(tables.extra.at(0), placeholder(0));
+    }
+
+    void emptyTextGivesEmptyString()
+    {
+        Tables tables;
+        QVERIFY(tables.read(writeEnglish("<t id=\"4\"/><t id=\"5\"></t><t id=\"6\">six</t>"),
+                            QStringLiteral("English")));
+        QCOMPARE(tables.main.at(4), QString());
+        QCOMPARE(tables.main.at(5), QString());
+        QCOMPARE(tables.main.at(6), QStringLiteral("six"));
+    }
+
+    void textIsReadWhole()
+    {
+        // Entity and character references, CDATA and a text far longer than
+        // any read buffer must all arrive as one text, blanks included.
+        const QString longText = QString(100000, QLatin1Char('x')) + QStringLiteral(" end");
+        Tables tables;
+        QVERIFY(tables.read(writeEnglish("<t id=\"1\">Load &amp; Save &lt;now&gt; &#65;fter</t>"
+                                         "<t id=\"2\">a<![CDATA[ <raw> ]]>b</t>"
+                                         "<t id=\"3\">" +
+                                         longText.toUtf8() +
+                                         "</t>"
+                                         "<t id=\"4\">Position </t><t id=\"5\"> KB</t>"
+                                         "<t id=\"6\">Stra\xc3\x9f"
+                                         "e &amp;</t>"),
+                            QStringLiteral("English")));
+        QCOMPARE(tables.main.at(1), QStringLiteral("Load & Save <now> After"));
+        QCOMPARE(tables.main.at(2), QStringLiteral("a <raw> b"));
+        QCOMPARE(tables.main.at(3), longText);
+        QCOMPARE(tables.main.at(4), QStringLiteral("Position "));
+        QCOMPARE(tables.main.at(5), QStringLiteral(" KB"));
+        QCOMPARE(tables.main.at(6), QStringLiteral("Stra\u00dfe &"));
+    }
+
+    void upperCaseNamesAreRead()
+    {
+        Tables tables;
+        QVERIFY(tables.read(writeFile("<LANGUAGES><Language NAME=\"English\" ID=\"44\" Translator=\"Ann\">"
+                                      "<HULLWRIGHT><T ID=\"7\">seven</T></HULLWRIGHT>"
+                                      "<Shared><t Id=\"3\">three</t></Shared></Language></LANGUAGES>"),
+                            QStringLiteral("English")));
+        QCOMPARE(tables.main.at(7), QStringLiteral("seven"));
+        QCOMPARE(tables.extra.at(3), QStringLiteral("three"));
+        QCOMPARE(tables.languages.size(), 1);
+        QCOMPARE(tables.languages.first().Name, QStringLiteral("English"));
+        QCOMPARE(tables.languages.first().Id, 44);
+        QCOMPARE(tables.languages.first().Translator, QStringLiteral("Ann"));
+    }
+
+    void selectedLanguageAloneFillsTheTables()
+    {
+        const QString path = writeFile("<languages>"
+                                       "<language name=\"English\" id=\"44\" translator=\"A\"><hullwright>"
+                                       "<t id=\"1\">File</t><t id=\"2\">New</t></hullwright>"
+                                       "<shared><t id=\"0\">OK</t></shared></language>"
+                                       "<language name=\"Deutsch\" id=\"49\" translator=\"B\"><hullwright>"
+                                       "<t id=\"1\">Datei</t></hullwright></language>"
+                                       "<language name=\"Francais\" id=\"33\" translator=\"C\"><hullwright>"
+                                       "<t id=\"2\">Nouveau</t></hullwright></language>"
+                                       "</languages>");
+
+        Tables german;
+        QVERIFY(german.read(path, QStringLiteral("dEUTSCH")));
+        QCOMPARE(german.main.at(1), QStringLiteral("Datei"));
+        QCOMPARE(german.main.at(2), placeholder(2));
+        QCOMPARE(german.extra.at(0), placeholder(0));
+        QCOMPARE(german.languages.size(), 3);
+        QCOMPARE(german.languages.at(0).Name, QStringLiteral("English"));
+        QCOMPARE(german.languages.at(1).Name, QStringLiteral("Deutsch"));
+        QCOMPARE(german.languages.at(1).Id, 49);
+        QCOMPARE(german.languages.at(1).Translator, QStringLiteral("B"));
+        QCOMPARE(german.languages.at(2).Id, 33);
+
+        // A language the file does not hold: all listed, nothing taken.
+        Tables unknown;
+        QVERIFY(unknown.read(path, QStringLiteral("Klingon")));
+        QCOMPARE(unknown.languages.size(), 3);
+        QCOMPARE(unknown.main, PlaceholderUiTexts(UiTextCount));
+        QCOMPARE(unknown.extra, PlaceholderUiTexts(UiTextExtraCount));
+
+        // Switching back the way the main window does it: reset, then read.
+        Tables tables;
+        QVERIFY(tables.read(path, QStringLiteral("english")));
+        QCOMPARE(tables.main.at(2), QStringLiteral("New"));
+        tables.main = PlaceholderUiTexts(UiTextCount);
+        tables.extra = PlaceholderUiTexts(UiTextExtraCount);
+        tables.languages.clear();
+        QVERIFY(tables.read(path, QStringLiteral("Deutsch")));
+        QCOMPARE(tables.main.at(1), QStringLiteral("Datei"));
+        QCOMPARE(tables.main.at(2), placeholder(2));
+        QCOMPARE(tables.extra.at(0), placeholder(0));
+    }
+
+    void textsOutsideTheSectionsArePassedOver()
+    {
+        Tables tables;
+        QVERIFY(tables.read(writeFile("<languages><language name=\"English\" id=\"44\">"
+                                      "<t id=\"1\">loose</t><other><t id=\"2\">other</t></other>"
+                                      "<hullwright><t id=\"3\">kept</t></hullwright>"
+                                      "<t id=\"4\">after</t></language>"
+                                      "<hullwright><t id=\"5\">no language</t></hullwright></languages>"),
+                            QStringLiteral("English")));
+        QCOMPARE(tables.main.at(1), placeholder(1));
+        QCOMPARE(tables.main.at(2), placeholder(2));
+        QCOMPARE(tables.main.at(3), QStringLiteral("kept"));
+        QCOMPARE(tables.main.at(4), placeholder(4));
+        QCOMPARE(tables.main.at(5), placeholder(5));
+    }
+
+    void missingFileLeavesThePlaceholders()
+    {
+        Tables tables;
+        QVERIFY(!tables.read(m_dir.filePath(QStringLiteral("absent.xml")), QStringLiteral("English")));
+        QCOMPARE(tables.main, PlaceholderUiTexts(UiTextCount));
+        QCOMPARE(tables.extra, PlaceholderUiTexts(UiTextExtraCount));
+        QVERIFY(tables.languages.isEmpty());
+    }
+
+    void malformedFileKeepsWhatWasRead_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("mismatched tag")
+            << QByteArray("<languages><language name=\"English\" id=\"44\"><hullwright>"
+                          "<t id=\"1\">one</t><t id=\"2\">two</hullwright>"
+                          "<t id=\"3\">three</t></language></languages>");
+        QTest::newRow("truncated") << QByteArray(
+            "<languages><language name=\"English\" id=\"44\"><hullwright>"
+            "<t id=\"1\">one</t><t id=\"3\">thr");
+        QTest::newRow("undeclared entity")
+            << QByteArray("<languages><language name=\"English\" id=\"44\"><hullwright>"
+                          "<t id=\"1\">one</t><t id=\"3\">&nbsp;</t></hullwright></language></languages>");
+    }
+
+    void malformedFileKeepsWhatWasRead()
+    {
+        QFETCH(QByteArray, content);
+        Tables tables;
+        QVERIFY(!tables.read(writeFile(content), QStringLiteral("English")));
+        QCOMPARE(tables.main.at(1), QStringLiteral("one"));
+        QCOMPARE(tables.main.at(0), placeholder(0));
+        QCOMPARE(tables.main.at(4), placeholder(4));
+        QCOMPARE(tables.languages.size(), 1);
+        QCOMPARE(tables.main.size(), UiTextCount);
+    }
+
+    void emptyAndBinaryFilesFailCleanly()
+    {
+        for (const QByteArray& content : {QByteArray(), QByteArray("\x00\x01\xff\xfe garbage", 14)}) {
+            Tables tables;
+            QVERIFY(!tables.read(writeFile(content), QStringLiteral("English")));
+            QCOMPARE(tables.main, PlaceholderUiTexts(UiTextCount));
+        }
+    }
+
+    // The shipped file.
+
+    void shippedFileIsWellFormedWithUniqueIds()
+    {
+        QString error;
+        const auto languages = scanLanguageFile(shippedFile(), error);
+        QVERIFY2(!languages.isEmpty(), qPrintable(error));
+        for (auto language = languages.cbegin(); language != languages.cend(); ++language) {
+            QVERIFY2(language->contains(QStringLiteral("hullwright")), qPrintable(language.key()));
+            QVERIFY2(language->contains(QStringLiteral("shared")), qPrintable(language.key()));
+            for (auto section = language->cbegin(); section != language->cend(); ++section) {
+                if (!section->duplicateIds.isEmpty())
+                    QFAIL(qPrintable(QStringLiteral("%1/%2 repeats id %3")
+                                         .arg(language.key(), section.key())
+                                         .arg(section->duplicateIds.first())));
+                const int limit = section.key() == QLatin1String("shared") ? UiTextExtraCount : UiTextCount;
+                for (auto text = section->texts.cbegin(); text != section->texts.cend(); ++text)
+                    QVERIFY2(text.key() >= 0 && text.key() < limit,
+                             qPrintable(QStringLiteral("%1/%2 id %3")
+                                            .arg(language.key(), section.key())
+                                            .arg(text.key())));
+            }
+        }
+        QFile file(shippedFile());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(!file.readAll().contains("ReadText-"));
+    }
+
+    void shippedFileListsBothLanguages()
+    {
+        Tables tables;
+        QVERIFY(tables.read(shippedFile(), QStringLiteral("English")));
+        QCOMPARE(tables.languages.size(), 2);
+        QCOMPARE(tables.languages.at(0).Name, QStringLiteral("English"));
+        QCOMPARE(tables.languages.at(0).Id, 44);
+        QCOMPARE(tables.languages.at(1).Name, QStringLiteral("Deutsch"));
+        QCOMPARE(tables.languages.at(1).Id, 49);
+        // The settings keep only the first word of a language entry.
+        for (const LanguageEntry& entry : std::as_const(tables.languages)) {
+            QVERIFY(!entry.Name.contains(QLatin1Char(' ')));
+            QVERIFY(!entry.Translator.isEmpty());
+        }
+    }
+
+    void shippedFileFillsEveryListedIndex()
+    {
+        QString error;
+        const auto content = scanLanguageFile(shippedFile(), error);
+        QVERIFY2(!content.isEmpty(), qPrintable(error));
+        const Section main = content.value(QStringLiteral("English")).value(QStringLiteral("hullwright"));
+        const Section shared = content.value(QStringLiteral("English")).value(QStringLiteral("shared"));
+
+        // Each comment explains the text it stands beside.
+        for (const Section* section : {&main, &shared}) {
+            for (const auto& [previousId, comment] : section->comments)
+                QVERIFY2(commentIndex(comment) == previousId,
+                         qPrintable(QStringLiteral("comment '%1' after id %2").arg(comment).arg(previousId)));
+        }
+        const QList<int> listedMain = listedIndices(main);
+        const QList<int> listedShared = listedIndices(shared);
+        QVERIFY(!listedMain.isEmpty());
+        QVERIFY(!listedShared.isEmpty());
+
+        for (const QString& language : {QStringLiteral("English"), QStringLiteral("Deutsch")}) {
+            Tables tables;
+            QVERIFY(tables.read(shippedFile(), language));
+            for (int index : listedMain) {
+                const QString& text = tables.main.at(index);
+                QVERIFY2(!text.isEmpty() && text != placeholder(index),
+                         qPrintable(QStringLiteral("%1 main %2").arg(language).arg(index)));
+            }
+            for (int index : listedShared) {
+                const QString& text = tables.extra.at(index);
+                QVERIFY2(!text.isEmpty() && text != placeholder(index),
+                         qPrintable(QStringLiteral("%1 shared %2").arg(language).arg(index)));
+            }
+        }
+    }
+
+    void shippedTranslationsKeepPlaceholdersAndAccelerators()
+    {
+        Tables english, german;
+        QVERIFY(english.read(shippedFile(), QStringLiteral("English")));
+        QVERIFY(german.read(shippedFile(), QStringLiteral("Deutsch")));
+        for (int index = 0; index < UiTextCount; ++index) {
+            QCOMPARE(placeholdersIn(german.main.at(index)), placeholdersIn(english.main.at(index)));
+            // An accelerator mark is a single ampersand before a letter.
+            for (const QString& text : {english.main.at(index), german.main.at(index)})
+                QVERIFY2(text.count(QLatin1Char('&')) <= 1, qPrintable(text));
+        }
+        // The menus and their actions carry an accelerator in both languages.
+        const QList<int> menuTexts = {0, 1, 191, 2, 4, 6, 8, 10, 12, 14, 16, 311, 192, 309, 313};
+        for (int index : menuTexts) {
+            QVERIFY2(english.main.at(index).contains(QLatin1Char('&')), qPrintable(english.main.at(index)));
+            QVERIFY2(german.main.at(index).contains(QLatin1Char('&')), qPrintable(german.main.at(index)));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestUiTexts)
+#include "tst_uitexts.moc"
