@@ -15,8 +15,9 @@
 #include <QStatusBar>
 #include <QTextStream>
 
-const char* const DefaultShipLine = "0;0;0;0;0;0;0;0;0;106;1;5;37;0;112;202;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;"
-                                    "0;0;0;0;0;0;0;0;0;0;0;35;36;1;0;0;0;0;0;1;0;25;1;0;0;0;0;0;HW_NEW_SHIP;";
+const char* const DefaultShipLine =
+    "0;0;0;0;0;0;0;0;0;106;1;5;37;0;112;202;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;"
+    "0;0;0;0;0;0;0;0;0;0;0;35;36;1;0;0;0;0;0;1;0;25;1;0;0;0;0;0;HW_NEW_SHIP;";
 
 namespace {
 
@@ -234,9 +235,8 @@ bool DCreateShip::IsModified() const
         LineMirror1->text() != saved.Mirror1 || LineMirror2->text() != saved.Mirror2)
         return true;
 
-    const std::array<const QCheckBox*, ShipyardCount> yards = {CheckArgon, CheckBoron,  CheckParanid,
-                                                                CheckSplit, CheckTeladi, CheckPirate,
-                                                                CheckFriend, CheckXenon};
+    const std::array<const QCheckBox*, ShipyardCount> yards = {
+        CheckArgon, CheckBoron, CheckParanid, CheckSplit, CheckTeladi, CheckPirate, CheckFriend, CheckXenon};
     for (int i = 0; i < ShipyardCount; ++i)
         if (yards[i]->isChecked() != saved.Shipyards[i])
             return true;

@@ -56,19 +56,18 @@ void DCreateShip::LoadUiTexts(bool read)
     }
 
     const std::pair<QWidget*, int> tabs[] = {
-        {TabMain, 20},     {TabText, 21},   {TabScene, 22},    {TabModel, 23},
-        {TabDummy, 24},    {TabComp, 25},   {TCockpits, 26},   {TabRaw, 124},
-        {TabUpdate, 169},  {TabScripts, 179}, {TabExtra, 201}, {TabOther, 229},
+        {TabMain, 20},   {TabText, 21}, {TabScene, 22},   {TabModel, 23},    {TabDummy, 24},  {TabComp, 25},
+        {TCockpits, 26}, {TabRaw, 124}, {TabUpdate, 169}, {TabScripts, 179}, {TabExtra, 201}, {TabOther, 229},
     };
     for (const auto& [page, index] : tabs)
         SetTab(TabData, page, t[index]);
 
     const std::pair<QAbstractButton*, int> buttons[] = {
-        {ButLoad, 18},        {ButImport, 19},         {ButSave, 27},         {ButSaveAs, 28},
-        {ButClose, 29},       {ButDummy, 103},         {ButComp, 121},        {ButLoadCockpit, 126},
-        {ButCustom, 208},     {ButBalance, 301},       {CheckExisting, 363},  {CheckExistingShip, 397},
-        {CheckArgon, 36},     {CheckBoron, 37},        {CheckParanid, 38},    {CheckTeladi, 39},
-        {CheckSplit, 40},     {CheckPirate, 41},       {CheckFriend, 260},    {CheckXenon, 261},
+        {ButLoad, 18},        {ButImport, 19},   {ButSave, 27},        {ButSaveAs, 28},
+        {ButClose, 29},       {ButDummy, 103},   {ButComp, 121},       {ButLoadCockpit, 126},
+        {ButCustom, 208},     {ButBalance, 301}, {CheckExisting, 363}, {CheckExistingShip, 397},
+        {CheckArgon, 36},     {CheckBoron, 37},  {CheckParanid, 38},   {CheckTeladi, 39},
+        {CheckSplit, 40},     {CheckPirate, 41}, {CheckFriend, 260},   {CheckXenon, 261},
         {CheckLangText, 396},
     };
     for (const auto& [button, index] : buttons)
@@ -76,9 +75,9 @@ void DCreateShip::LoadUiTexts(bool read)
     GroupShipyard->setTitle(t[35]);
 
     const std::pair<QLabel*, int> labels[] = {
-        {LabelWeb, 170},       {LabelMirror1, 171},      {LabelMirror2, 172}, {LabelShipID, 31},
-        {LabelShipName, 32},   {LabelAuthor, 33},        {LabelVersion, 34},  {LabelShipScene, 101},
-        {LabelCockpitScene, 102}, {LabelScreen, 202},    {LabelComment, 203},
+        {LabelWeb, 170},          {LabelMirror1, 171}, {LabelMirror2, 172}, {LabelShipID, 31},
+        {LabelShipName, 32},      {LabelAuthor, 33},   {LabelVersion, 34},  {LabelShipScene, 101},
+        {LabelCockpitScene, 102}, {LabelScreen, 202},  {LabelComment, 203},
     };
     for (const auto& [label, index] : labels)
         label->setText(BoldLabel(t[index]));

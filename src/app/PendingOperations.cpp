@@ -25,9 +25,7 @@ bool DCreateShip::Save(const QString& path)
     return false;
 }
 
-void DCreateShip::StartEditMode()
-{
-}
+void DCreateShip::StartEditMode() {}
 
 void DCreateShip::Slot_StartExtract()
 {

@@ -38,9 +38,9 @@ void DCreateShip::LoadSettings()
     if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         // Keys that take everything behind the first blank.
         const std::pair<const char*, QString*> textKeys[] = {
-            {"ModDir:", &ModDir},       {"ModelDir:", &ModelDir},     {"SaveDir:", &SaveDir},
-            {"TypeDir:", &TypeDir},     {"TextDir:", &TextDir},       {"X2bcDir:", &X2bcDir},
-            {"ScriptDir:", &ScriptDir}, {"DefAuthor:", &DefAuthor},   {"DefWeb:", &DefWeb},
+            {"ModDir:", &ModDir},         {"ModelDir:", &ModelDir},     {"SaveDir:", &SaveDir},
+            {"TypeDir:", &TypeDir},       {"TextDir:", &TextDir},       {"X2bcDir:", &X2bcDir},
+            {"ScriptDir:", &ScriptDir},   {"DefAuthor:", &DefAuthor},   {"DefWeb:", &DefWeb},
             {"DefMirror1:", &DefMirror1}, {"DefMirror2:", &DefMirror2},
         };
         QTextStream stream(&file);
@@ -112,10 +112,10 @@ void DCreateShip::SaveSettings()
     out << "</common>\n";
     out << "<hullwright>\n";
     const std::pair<const char*, const QString*> textKeys[] = {
-        {"ModDir: ", &ModDir},         {"BaseLang: ", &BaseLang},    {"ModelDir: ", &ModelDir},
-        {"SaveDir: ", &SaveDir},       {"TypeDir: ", &TypeDir},      {"TextDir: ", &TextDir},
-        {"X2bcDir: ", &X2bcDir},       {"ScriptDir: ", &ScriptDir},  {"DefAuthor: ", &DefAuthor},
-        {"DefWeb: ", &DefWeb},         {"DefMirror1: ", &DefMirror1}, {"DefMirror2: ", &DefMirror2},
+        {"ModDir: ", &ModDir},   {"BaseLang: ", &BaseLang},     {"ModelDir: ", &ModelDir},
+        {"SaveDir: ", &SaveDir}, {"TypeDir: ", &TypeDir},       {"TextDir: ", &TextDir},
+        {"X2bcDir: ", &X2bcDir}, {"ScriptDir: ", &ScriptDir},   {"DefAuthor: ", &DefAuthor},
+        {"DefWeb: ", &DefWeb},   {"DefMirror1: ", &DefMirror1}, {"DefMirror2: ", &DefMirror2},
     };
     for (const auto& [key, value] : textKeys)
         out << key << *value << "\n";
@@ -156,12 +156,14 @@ void DCreateShip::DetectGameDirs()
         return true;
     };
 #ifdef Q_OS_WIN
-    const QString deepSilver =
-        QSettings("HKEY_CURRENT_USER\\Software\\DeepSilver", QSettings::NativeFormat).value("X3 Reunion/INSTALL_DIR").toString();
+    const QString deepSilver = QSettings("HKEY_CURRENT_USER\\Software\\DeepSilver", QSettings::NativeFormat)
+                                   .value("X3 Reunion/INSTALL_DIR")
+                                   .toString();
     if (!deepSilver.isEmpty() && accept(deepSilver))
         return;
-    const QString steam =
-        QSettings("HKEY_CURRENT_USER\\Software\\Valve", QSettings::NativeFormat).value("Steam/InstallPath").toString();
+    const QString steam = QSettings("HKEY_CURRENT_USER\\Software\\Valve", QSettings::NativeFormat)
+                              .value("Steam/InstallPath")
+                              .toString();
     if (!steam.isEmpty())
         accept(steam + "/steamapps/common/x3 - reunion");
 #else

@@ -11,7 +11,13 @@
 
 class QWidget;
 
-enum class MessageKind { Question, Warning, Critical, Information };
+enum class MessageKind
+{
+    Question,
+    Warning,
+    Critical,
+    Information
+};
 
 class Prompter
 {

@@ -75,7 +75,8 @@ ShipLineLayout LayoutOf(const QString& line)
     const int fieldCount = static_cast<int>(line.count(Separator)) + 1;
     // A count that would put G behind the line's end is taken as no cockpits.
     const int cockpits = ShipFieldInt(line, 53);
-    layout.cockpitCount = (cockpits > 0 && 54 + 4 * static_cast<qint64>(cockpits) < fieldCount) ? cockpits : 0;
+    layout.cockpitCount =
+        (cockpits > 0 && 54 + 4 * static_cast<qint64>(cockpits) < fieldCount) ? cockpits : 0;
     layout.gunIndexField = 54 + 4 * layout.cockpitCount;
 
     const int groupCount = ShipFieldInt(line, layout.gunIndexField);

@@ -60,9 +60,18 @@ struct ShipLineLayout
 // Walks the gun groups of the line. A line that is too short or holds
 // nonsense counts gives a defined layout and never reads past its fields.
 ShipLineLayout LayoutOf(const QString& line);
-inline int CockpitCount(const QString& line) { return LayoutOf(line).cockpitCount; }
-inline int GunIndexField(const QString& line) { return LayoutOf(line).gunIndexField; }
-inline int TailIndex(const QString& line) { return LayoutOf(line).tailIndex; }
+inline int CockpitCount(const QString& line)
+{
+    return LayoutOf(line).cockpitCount;
+}
+inline int GunIndexField(const QString& line)
+{
+    return LayoutOf(line).gunIndexField;
+}
+inline int TailIndex(const QString& line)
+{
+    return LayoutOf(line).tailIndex;
+}
 
 // Renumbers the guns: each group's Pos and each entry's Index take a counter
 // that starts at 1 and grows by each entry's Count; field 19 (GunCount)

@@ -56,7 +56,8 @@ struct ComponentEntry
 
 // The order of the eight shipyard flags in a record. It differs from the order
 // of the check boxes on the main window: Split comes before Teladi here.
-enum ShipyardIndex {
+enum ShipyardIndex
+{
     ShipyardArgon = 0,
     ShipyardBoron,
     ShipyardParanid,

@@ -46,9 +46,10 @@ void TestCommandLine::splitJoinsTokensOfOneOption_data()
         << QStringList{"-d", "HERE", "file.xsp"} << QStringList{"-d HERE file.xsp"};
     QTest::newRow("two bare tokens") << QStringList{"a.xsp", "b.xsp"} << QStringList{"a.xsp b.xsp"};
     QTest::newRow("quoted option word") << QStringList{"\"-x\"", "a.xsp"} << QStringList{"-x a.xsp"};
-    QTest::newRow("each dash starts an entry") << QStringList{"-x", "-d", "-e"} << QStringList{"-x", "-d", "-e"};
-    QTest::newRow("bare first, then option") << QStringList{"a.xsp", "-x", "b.xsp"}
-                                             << QStringList{"a.xsp", "-x b.xsp"};
+    QTest::newRow("each dash starts an entry")
+        << QStringList{"-x", "-d", "-e"} << QStringList{"-x", "-d", "-e"};
+    QTest::newRow("bare first, then option")
+        << QStringList{"a.xsp", "-x", "b.xsp"} << QStringList{"a.xsp", "-x b.xsp"};
 }
 
 void TestCommandLine::splitJoinsTokensOfOneOption()

@@ -262,8 +262,11 @@ void TestDocument::saveValidatesInOrder()
     DCreateShip& window = fixture.make();
     window.LineAuthor->clear();
     window.TextRaw->clear();
-    const std::pair<QLineEdit*, int> steps[] = {
-        {window.LineName, 71}, {window.LineAuthor, 72}, {window.LineID, 73}, {nullptr, 74}, {window.LineShipScene, 362}};
+    const std::pair<QLineEdit*, int> steps[] = {{window.LineName, 71},
+                                                {window.LineAuthor, 72},
+                                                {window.LineID, 73},
+                                                {nullptr, 74},
+                                                {window.LineShipScene, 362}};
     for (const auto& [field, message] : steps) {
         fixture.prompts->shown.clear();
         window.Slot_Save();
@@ -323,8 +326,8 @@ void TestDocument::busyStateDisablesTheControls()
 {
     WindowFixture fixture;
     DCreateShip& window = fixture.make();
-    const QList<QWidget*> controls{window.ButLoad,    window.ButImport, window.ButClose,  window.ButSave,
-                                   window.TabData,    window.ButSaveAs, window.ButCustom, window.ButBalance};
+    const QList<QWidget*> controls{window.ButLoad, window.ButImport, window.ButClose,  window.ButSave,
+                                   window.TabData, window.ButSaveAs, window.ButCustom, window.ButBalance};
     window.SetBusy(false);
     for (QWidget* control : controls)
         QVERIFY2(!control->isEnabled(), qPrintable(control->objectName()));

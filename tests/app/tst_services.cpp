@@ -55,11 +55,26 @@ void TestServices::formatMessageChainsReplacements_data()
     QTest::addColumn<QString>("first");
     QTest::addColumn<QString>("second");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("no placeholder") << "plain text" << "a" << "b" << "plain text";
-    QTest::newRow("twice") << "%1 and %1" << "x" << "" << "x and x";
-    QTest::newRow("missing argument vanishes") << "[%1][%2][%3]" << "a" << "" << "[a][][]";
-    QTest::newRow("value holding a later placeholder") << "%1!" << "say %2" << "hi" << "say hi!";
-    QTest::newRow("order of fill") << "%2 %1" << "one" << "two" << "two one";
+    QTest::newRow("no placeholder") << "plain text"
+                                    << "a"
+                                    << "b"
+                                    << "plain text";
+    QTest::newRow("twice") << "%1 and %1"
+                           << "x"
+                           << ""
+                           << "x and x";
+    QTest::newRow("missing argument vanishes") << "[%1][%2][%3]"
+                                               << "a"
+                                               << ""
+                                               << "[a][][]";
+    QTest::newRow("value holding a later placeholder") << "%1!"
+                                                       << "say %2"
+                                                       << "hi"
+                                                       << "say hi!";
+    QTest::newRow("order of fill") << "%2 %1"
+                                   << "one"
+                                   << "two"
+                                   << "two one";
 }
 
 void TestServices::formatMessageChainsReplacements()

@@ -17,10 +17,11 @@ void TestSettings::readsBothSectionsAndDropsRemovedGames()
     QDir(home.path()).mkpath("game");
     home.writeFile("game/x3.exe", "");
     const QByteArray game = home.filePath("game").toUtf8();
-    home.writeFile("config.dat", "<common>\nVersion: 2\nLanguage: English trailing\nDir: /removed/game\nDir: " +
-                                     game + "\nModDir: /mods dir\n</common>\n<hullwright>\nBaseLang: 44 extra\n"
-                                     "DefAuthor: Jane Q Modder\nX2BC\nNoTextT\nSaveWeb extra\nUnknown: x\n"
-                                     "</hullwright>\nDefWeb: outside any section\n");
+    home.writeFile("config.dat",
+                   "<common>\nVersion: 2\nLanguage: English trailing\nDir: /removed/game\nDir: " + game +
+                       "\nModDir: /mods dir\n</common>\n<hullwright>\nBaseLang: 44 extra\n"
+                       "DefAuthor: Jane Q Modder\nX2BC\nNoTextT\nSaveWeb extra\nUnknown: x\n"
+                       "</hullwright>\nDefWeb: outside any section\n");
     auto prompts = std::make_unique<ScriptedPrompter>();
     DCreateShip window(std::move(prompts));
     QCOMPARE(window.GameDirs, QStringList{QString::fromUtf8(game)});

@@ -87,7 +87,7 @@ void TestShipLine::layoutOfTheNewShip()
     QCOMPARE(layout.gunIndexField, 54);
     QCOMPARE(layout.tailIndex, 55);
     QVERIFY(layout.groups.isEmpty());
-    QCOMPARE(ShipField(NewShip, layout.tailIndex + 1), QString("0"));  // PriceNpc
+    QCOMPARE(ShipField(NewShip, layout.tailIndex + 1), QString("0")); // PriceNpc
     QCOMPARE(ShipField(NewShip, layout.tailIndex + 9), QString("HW_NEW_SHIP"));
 }
 
@@ -118,8 +118,8 @@ void TestShipLine::layoutWithCockpitsAndGroups()
 
 void TestShipLine::layoutOfBrokenLinesStaysInside()
 {
-    for (const QString& line : {QString(), QString("1;2;3"), Line(99999, "1"), Line(0, "2147483647;1;1;1;99999"),
-                                Line(0, "3;1;1;1;-5"), Line(-4, "0")}) {
+    for (const QString& line : {QString(), QString("1;2;3"), Line(99999, "1"),
+                                Line(0, "2147483647;1;1;1;99999"), Line(0, "3;1;1;1;-5"), Line(-4, "0")}) {
         const ShipLineLayout layout = LayoutOf(line);
         const int fields = static_cast<int>(line.count(';')) + 1;
         QVERIFY2(layout.cockpitCount >= 0, qPrintable(line.right(40)));
@@ -140,7 +140,7 @@ void TestShipLine::renumberingGuns()
     const QString after = RenumberGuns(before);
     const ShipLineLayout layout = LayoutOf(after);
     QCOMPARE(layout.groups.size(), 2);
-    QCOMPARE(ShipFieldInt(after, layout.groups[0].header + 1), 1);  // Pos of group 1
+    QCOMPARE(ShipFieldInt(after, layout.groups[0].header + 1), 1);   // Pos of group 1
     QCOMPARE(ShipFieldInt(after, layout.groups[0].FirstEntry()), 1); // count 0
     QCOMPARE(ShipFieldInt(after, layout.groups[0].FirstEntry() + 6), 1);
     QCOMPARE(ShipFieldInt(after, layout.groups[1].header + 1), 2);

@@ -28,7 +28,8 @@ void TestRecord::copiesOwnTheirSceneEntries()
 {
     ShipPackage original;
     original.Name = "Falcon";
-    original.SceneFile = std::make_unique<FileEntry>(FileEntry{7, 100, "scene.bod", "objects/scene.bod", false});
+    original.SceneFile =
+        std::make_unique<FileEntry>(FileEntry{7, 100, "scene.bod", "objects/scene.bod", false});
     original.Models.append(FileEntry{1, 2, "a.bob", "objects/a.bob", true});
     original.Shipyards[ShipyardSplit] = true;
 

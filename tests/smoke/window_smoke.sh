@@ -44,7 +44,12 @@ sleep 0.5
 QT_QPA_PLATFORM=xcb "$grab" "$out/main-window.png"
 echo "screenshot: $out/main-window.png"
 
-xdotool windowclose "$window" 2>/dev/null || xdotool key --window "$window" ctrl+x
+# Leave through the File menu's Exit, as a user would (there is no window
+# manager here to ask the window to close).
+xdotool windowfocus --sync "$window" || true
+xdotool key --clearmodifiers alt+f
+sleep 0.5
+xdotool key x
 for _ in $(seq 1 50); do
   kill -0 "$pid" 2>/dev/null || break
   sleep 0.1

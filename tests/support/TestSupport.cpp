@@ -82,7 +82,8 @@ QString KindName(MessageKind kind)
 
 } // namespace
 
-QString ScriptedPrompter::openFile(QWidget*, const QString& caption, const QString& dir, const QString& filter)
+QString ScriptedPrompter::openFile(QWidget*, const QString& caption, const QString& dir,
+                                   const QString& filter)
 {
     shown.append({"openFile", caption, dir, {filter}});
     return TakeOr(fileAnswers, QString());
@@ -95,7 +96,8 @@ QStringList ScriptedPrompter::openFiles(QWidget*, const QString& caption, const 
     return TakeOr(filesAnswers, QStringList());
 }
 
-QString ScriptedPrompter::saveFile(QWidget*, const QString& caption, const QString& dir, const QString& filter)
+QString ScriptedPrompter::saveFile(QWidget*, const QString& caption, const QString& dir,
+                                   const QString& filter)
 {
     shown.append({"saveFile", caption, dir, {filter}});
     return TakeOr(fileAnswers, QString());

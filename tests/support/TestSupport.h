@@ -44,26 +44,27 @@ public:
     {
         QString kind; // "question", "warning", "critical", "information", "openFile", ...
         QString caption;
-        QString text; // message text, or the start directory of a file dialog
+        QString text;        // message text, or the start directory of a file dialog
         QStringList buttons; // buttons, or the filter of a file dialog
     };
 
     // Answers, consumed in order. For messages the index of the button.
-    QQueue<QString> fileAnswers;      // openFile, saveFile, directory
-    QQueue<QStringList> filesAnswers; // openFiles
+    QQueue<QString> fileAnswers;                 // openFile, saveFile, directory
+    QQueue<QStringList> filesAnswers;            // openFiles
     QQueue<std::optional<QString>> inputAnswers; // text, item
-    QQueue<int> messageAnswers;       // message boxes; empty -> 0
+    QQueue<int> messageAnswers;                  // message boxes; empty -> 0
 
     QList<Shown> shown;
 
     QString openFile(QWidget*, const QString& caption, const QString& dir, const QString& filter) override;
-    QStringList openFiles(QWidget*, const QString& caption, const QString& dir, const QString& filter) override;
+    QStringList openFiles(QWidget*, const QString& caption, const QString& dir,
+                          const QString& filter) override;
     QString saveFile(QWidget*, const QString& caption, const QString& dir, const QString& filter) override;
     QString directory(QWidget*, const QString& caption, const QString& dir) override;
     std::optional<QString> text(QWidget*, const QString& caption, const QString& label,
                                 const QString& value) override;
-    std::optional<QString> item(QWidget*, const QString& caption, const QString& label, const QStringList& items,
-                                int current, bool editable) override;
+    std::optional<QString> item(QWidget*, const QString& caption, const QString& label,
+                                const QStringList& items, int current, bool editable) override;
     int message(MessageKind kind, QWidget*, const QString& caption, const QString& text,
                 const QStringList& buttons) override;
 

@@ -54,7 +54,8 @@ bool RemoveWalk(const QString& path, bool removeFiles)
     if (!dir.exists())
         return false;
     bool allRemoved = true;
-    const QStringList subdirs = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+    const QStringList subdirs =
+        dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
     for (const QString& sub : subdirs) {
         if (!RemoveWalk(dir.filePath(sub), removeFiles))
             allRemoved = false;

@@ -12,8 +12,8 @@ void WriteDebugLog(const QString& message);
 
 // Replaces every "%1" by `first`, then every "%2" of the result by `second`,
 // then every "%3" by `third`. A missing argument removes its placeholder.
-QString FormatMessage(const QString& text, const QString& first = QString(), const QString& second = QString(),
-                      const QString& third = QString());
+QString FormatMessage(const QString& text, const QString& first = QString(),
+                      const QString& second = QString(), const QString& third = QString());
 
 // Makes the directories of the relative `path` below `base`, one level after
 // the other. Empty parts (double or trailing slashes) make no level.
