@@ -1,0 +1,115 @@
+// One open catalog: the .cat/.dat pair, its entry list and the operations
+// that read, add, replace and remove entries. Internal to the driver.
+#pragma once
+
+#include "catfs/driver/Bytes.h"
+#include "catfs/driver/Platform.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace catfs {
+
+struct CatEntry
+{
+    uint32_t nameOffset; // into the catalog's name store
+    uint32_t nameLength;
+    uint32_t offset; // start in the .dat: the sum of the sizes before it
+    uint32_t size;   // length in the .dat (for a packed entry the packed length)
+};
+
+class CatArchive
+{
+public:
+    // Loads the catalog `canonicalPath` (a normalised path). With `create`, a
+    // catalog that does not exist is created with an empty .dat. On failure
+    // the result is null and `code` holds the driver code; nothing on disk
+    // was changed.
+    static std::unique_ptr<CatArchive> Open(const std::string& canonicalPath, bool create, uint32_t& code);
+
+    ~CatArchive();
+    CatArchive(const CatArchive&) = delete;
+    CatArchive& operator=(const CatArchive&) = delete;
+
+    const std::string& path() const { return m_path; }
+    const std::string& osCatalogPath() const { return m_osCatalogPath; }
+    const std::string& osDataPath() const { return m_osDataPath; }
+    const std::string& dataName() const { return m_dataName; }
+    const std::vector<CatEntry>& entries() const { return m_entries; }
+    std::string_view name(const CatEntry& entry) const
+    {
+        return std::string_view(m_names).substr(entry.nameOffset, entry.nameLength);
+    }
+    bool dirty() const { return m_dirty; }
+
+    // Position of the entry in the list (first match without regard to case),
+    // or -1.
+    int64_t find(std::string_view name);
+
+    // Reads the entry's stored bytes, still scrambled with the .dat key.
+    // Entries of size 0 give an empty buffer. Fails with 15 when the .dat is
+    // shorter than the entry claims, before anything is allocated.
+    uint32_t readStored(const CatEntry& entry, ByteBuffer& bytes);
+
+    // Appends an empty entry (size 0 at the end). Code 17 for a name that a
+    // catalog line cannot hold.
+    uint32_t addEntry(std::string_view name);
+
+    // Replaces the content of entry `name` with `bytes` (stored form, not yet
+    // scrambled with the .dat key; the buffer is scrambled in place). An
+    // entry of changed size moves to the end of list and .dat.
+    uint32_t commitEntry(std::string_view name, uint8_t* bytes, uint32_t size);
+
+    // Removes the entry and closes the gap it leaves in the .dat.
+    uint32_t removeEntry(std::string_view name);
+
+    // Writes the catalog text when it changed, and cuts the .dat to the sum of
+    // all sizes.
+    uint32_t writeIfDirty();
+
+    // Reference count of the driver's tables.
+    int32_t references = 1;
+    bool inTable = false;
+
+private:
+    CatArchive() = default;
+    uint32_t load(bool create);
+    uint32_t createPair();
+    uint32_t openDataFile();
+    uint32_t parse(uint8_t* text, size_t length);
+    uint32_t recoverPendingMove();
+    void buildIndex();
+    void indexInsert(uint32_t position);
+    uint64_t dataLength() const;
+    std::vector<uint8_t> catalogText(const std::vector<CatEntry>& entries) const;
+    uint32_t installCatalog(const std::vector<uint8_t>& text);
+    // The crash-safe rearrangement of the .dat; see Catalog.cpp.
+    struct Rearrangement
+    {
+        uint64_t destination = 0;
+        uint64_t source = 0;
+        uint64_t length = 0;
+        uint64_t newDataLength = 0;
+    };
+    uint32_t applyRearrangement(const Rearrangement& move, const std::vector<uint8_t>& text);
+    std::string journalPath() const { return m_osCatalogPath + ".journal"; }
+
+    std::string m_path;          // canonical path, the table's key
+    std::string m_osCatalogPath; // as found on disk
+    std::string m_osDataPath;
+    std::string m_dataName; // line 1 of the catalog
+    std::string m_names;    // name store: the names of all entries, back to back
+    std::vector<CatEntry> m_entries;
+    std::vector<uint32_t> m_index; // open-addressing hash of positions + 1
+    bool m_indexValid = false;
+    size_t m_indexed = 0;
+    UniqueFd m_catalogFd;
+    UniqueFd m_dataFd;
+    bool m_dirty = false;
+    bool m_broken = false; // a rearrangement failed halfway: only a reopen repairs
+};
+
+} // namespace catfs
