@@ -21,6 +21,17 @@ QString BoldLabel(const QString& text)
     return "<b>" + text + ":</b>";
 }
 
+// The tool bar shows an action's plain text: no mnemonic, no trailing dots.
+QString PlainActionText(QString text)
+{
+    text.replace("&&", QStringLiteral("\x01"));
+    text.remove('&');
+    text.replace(QStringLiteral("\x01"), "&");
+    while (text.endsWith('.'))
+        text.chop(1);
+    return text.trimmed();
+}
+
 void SetHeaders(QTreeWidget* list, const QStringList& titles)
 {
     for (int column = 0; column < titles.size(); ++column)
@@ -52,6 +63,7 @@ void DCreateShip::LoadUiTexts(bool read)
     };
     for (const auto& [action, index] : actions) {
         action->setText(t[index]);
+        action->setIconText(PlainActionText(t[index]));
         action->setToolTip(t[index + 1]);
     }
 
