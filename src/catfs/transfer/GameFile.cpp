@@ -58,7 +58,9 @@ bool IsCatalogPath(const QString& path)
 // when it is too large for the driver's 32-bit sizes.
 bool ReadWholeSource(QFile& source, QByteArray& content)
 {
-    if (!source.isOpen() && !source.open(QIODevice::ReadOnly))
+    if (source.isOpen())
+        source.close();
+    if (!source.open(QIODevice::ReadOnly))
         return false;
     const qint64 size = source.size();
     if (size > std::numeric_limits<int32_t>::max()) {
