@@ -1,0 +1,1 @@
+R#·44<<<<<7R]QYKUHTSIHYRX

@@ -1,0 +1,1 @@
+R#·4<|~3<<7wsvvpsit÷óõõ:<d…/¦3<<<virwvirw
