@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Builds the benchmarks in build/ and runs every one of them in turn.
+# Arguments are passed to each benchmark, e.g. scripts/bench.sh --dir /var/tmp --reps 5
+# Not part of the test run: the figures depend on the machine and its load.
+set -euo pipefail
+
+root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+build="$root/build"
+
+if [ ! -f "$build/CMakeCache.txt" ]; then
+  cmake -S "$root" -B "$build" -G Ninja -DHW_BUILD_BENCH=ON
+fi
+cmake --build "$build" -j"$(nproc)"
+
+status=0
+for bench in "$build"/bench-bin/*; do
+  [ -x "$bench" ] && [ -f "$bench" ] || continue
+  echo "== $(basename "$bench")"
+  "$bench" "$@" || status=1
+done
+exit $status
