@@ -1,4 +1,4 @@
-// Tests of the forms: every catalogued widget under its name and kind, the
+// Tests of the forms: every widget that working classes use, under its name and kind, the
 // captions and their restoration, the main window's actions, menus and tool
 // bar, the order of tabs, the sorting of list views, the pictures, and the
 // connections from buttons and actions to the slots that working classes
@@ -74,8 +74,9 @@ const std::vector<FormInfo>& allForms()
     return forms;
 }
 
-// Widgets of each form by object name, as the form catalogue lists them.
-const std::vector<std::pair<const char*, const char*>> Catalogue = {
+// Widgets of each form by object name, in their order of creation: the
+// working classes reach them by these names.
+const std::vector<std::pair<const char*, const char*>> FormWidgets = {
     {"CreateShip",
      "ButLoad ButImport ButCustom ButBalance TabData TabMain LineID LabelAuthor LineAuthor "
      "LabelVersion LineVersion LineName CheckLangText LabelShipName LabelShipID "
@@ -154,7 +155,7 @@ const std::vector<std::pair<const char*, const char*>> Catalogue = {
     {"WizardSelectListH", "GroupFrom ListMod GroupData ListAdd ButAdd ButAddAll ButRemove ButRemoveAll "},
     {"WizardText", "ListText LabelRightClick ButFile ButDir "},
 
-    // Widgets that the dialog descriptions name beside the catalogue.
+    // Further widgets that the working classes use.
     {"SelectShip", "LineFile"},
     {"ConfigShip", "RadioLasers RadioMissiles"},
 };
@@ -343,8 +344,8 @@ class FormsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void catalogue_data();
-    void catalogue();
+    void widgetsByName_data();
+    void widgetsByName();
     void captions_data();
     void captions();
     void languageChangeRestoresCaptions_data();
@@ -367,16 +368,16 @@ private slots:
     void numberRanges();
 };
 
-void FormsTest::catalogue_data()
+void FormsTest::widgetsByName_data()
 {
     QTest::addColumn<QString>("form");
     QTest::addColumn<QStringList>("names");
-    for (const auto& [form, names] : Catalogue)
+    for (const auto& [form, names] : FormWidgets)
         QTest::newRow(QStringLiteral("%1 %2").arg(form).arg(QString(names).left(20)).toUtf8().constData())
             << QString(form) << QString(names).split(' ', Qt::SkipEmptyParts);
 }
 
-void FormsTest::catalogue()
+void FormsTest::widgetsByName()
 {
     QFETCH(QString, form);
     QFETCH(QStringList, names);
