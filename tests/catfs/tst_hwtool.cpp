@@ -138,6 +138,17 @@ private slots:
                  "types\\TShips.pck\t" + QByteArray::number(packedSize) + "\n");
     }
 
+    // cat-rm takes the name as cat-list shows it, models included.
+    void removeTakesTheExactName()
+    {
+        const QString cat = path("x.cat");
+        QVERIFY(WriteCatalog(cat, {{"objects\\a.bob", "plain"}, {"objects\\a.pbb", Packed("packed")}}));
+        QCOMPARE(expect(0, {"cat-rm", cat, "objects/a.bob"}).code, 0);
+        QCOMPARE(CatalogNames(cat), QStringList({"objects\\a.pbb"}));
+        QCOMPARE(expect(0, {"cat-rm", cat, "OBJECTS\\A.PBB"}).code, 0);
+        QCOMPARE(CatalogNames(cat), QStringList());
+    }
+
     void failuresGiveOneAndTheReason()
     {
         QVERIFY(WriteCatalog(path("x.cat"), {{"t\\a.txt", "text"}}));

@@ -1,6 +1,8 @@
-// The commands on catalogs (cat-*) and packed files (pck-*), all of them on
-// top of the transfer layer. Where the layer gives only false, the driver's
-// last error or a check made here beforehand names the reason.
+// The commands on catalogs (cat-*) and packed files (pck-*), on top of the
+// transfer layer; only the making of a new catalog and the removal of an entry
+// by its exact name go to the driver directly. Where the layer gives only
+// false, the driver's last error or a check made here beforehand names the
+// reason.
 #include "Commands.h"
 
 #include "catfs/CatDriver.h"
@@ -12,6 +14,12 @@
 #include <cstdio>
 
 namespace {
+
+// The driver takes 8-bit paths with backslashes.
+QByteArray DriverPath(const QString& path)
+{
+    return QString(path).replace(QLatin1Char('/'), QLatin1Char('\\')).toLocal8Bit();
+}
 
 QString EntryPath(const QString& catalog, const QString& entry)
 {
@@ -85,10 +93,10 @@ int CatAdd(const Invocation& call)
         return Fail(call, reason);
 
     // The transfer layer adds entries, not catalogs: make the pair if missing.
-    CatArchiveHandle* archive = CatOpenArchive(
-        QString(catalog).replace(QLatin1Char('/'), QLatin1Char('\\')).toLocal8Bit().constData(), 1);
+    CatArchiveHandle* archive = CatOpenArchive(DriverPath(catalog).constData(), 1);
     if (!archive)
-        return Fail(call, QStringLiteral("%1: %2").arg(catalog, DriverReason({})));
+        return Fail(
+            call, QStringLiteral("%1: cannot open or create the catalog: %2").arg(catalog, DriverReason({})));
     CatCloseArchive(archive);
 
     const QString target = EntryPath(catalog, call.arguments[1]);
@@ -102,15 +110,17 @@ int CatAdd(const Invocation& call)
     return ExitSuccess;
 }
 
+// Removes the entry of exactly the given name, as cat-list shows it and
+// cat-extract takes it. (The transfer layer's removal would turn a .bob or .bod
+// into its packed name, and a plain model entry could not be removed at all.)
 int CatRemove(const Invocation& call)
 {
     const QString& catalog = call.arguments[0];
     if (HoldsEntrySeparator(catalog))
         return RefuseEntrySeparator(call, catalog);
     const QString target = EntryPath(catalog, call.arguments[1]);
-    if (!GameFileRemove(target))
-        return Fail(call, QStringLiteral("%1: %2").arg(GameFilePackedName(target, false),
-                                                       DriverReason(QStringLiteral("not removed"))));
+    if (!CatDelete(DriverPath(target).constData()))
+        return Fail(call, QStringLiteral("%1: %2").arg(target, DriverReason(QStringLiteral("not removed"))));
     return ExitSuccess;
 }
 
@@ -181,12 +191,7 @@ const SubCommand kCatalogCommands[] = {
      3,
      {QStringLiteral("--packed")},
      CatAdd},
-    {"cat-rm",
-     "CAT ENTRY",
-     "remove an entry (a .bob or .bod name removes its packed .pbb or .pbd entry)",
-     2,
-     {},
-     CatRemove},
+    {"cat-rm", "CAT ENTRY", "remove the entry of exactly this name", 2, {}, CatRemove},
     {"pck-unpack", "IN OUT", "unpack a packed file", 2, {}, PckUnpackFile},
     {"pck-pack", "IN OUT", "pack a file", 2, {}, PckPackFile},
 };

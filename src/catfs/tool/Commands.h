@@ -38,6 +38,9 @@ enum : int
 // The commands on catalogs and packed files.
 std::span<const SubCommand> CatalogCommands();
 
+// The commands on ship packages.
+std::span<const SubCommand> PackageCommands();
+
 // Every command of the tool, in the order of the usage text.
 std::span<const SubCommand> AllCommands();
 
