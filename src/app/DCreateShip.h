@@ -68,6 +68,10 @@ public:
     void SaveSettings();
     void DetectGameDirs();
     void LoadUiTexts(bool read);
+    // Brings one package entry into its stored form (compiled with x2bc when
+    // `compile` is set and the X2BC setting allows, packed when it is a
+    // model) and returns the path of the file to store.
+    QString PrepareFile(FileEntry& file, bool compile);
 
     Prompter& prompter() const { return *m_prompter; }
     const QStringList& uiText() const { return UiText; }
@@ -81,6 +85,7 @@ public slots:
     void Slot_SaveAs() override;
     void Slot_SaveFile();
     void Slot_Close() override;
+    void Slot_Config() override;
     void Slot_Modified();
     void GetText();
     void Slot_ExtractShip() override;

@@ -7,7 +7,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
 #include <QTextStream>
 
 namespace {
@@ -142,31 +141,4 @@ void DCreateShip::SaveSettings()
             skipping = false;
         }
     }
-}
-
-void DCreateShip::DetectGameDirs()
-{
-    if (!GameDirs.isEmpty())
-        return;
-    auto accept = [this](QString dir) {
-        dir.replace('\\', '/');
-        if (!QFileInfo::exists(dir + "/x3.exe"))
-            return false;
-        GameDirs.prepend(dir);
-        return true;
-    };
-#ifdef Q_OS_WIN
-    const QString deepSilver = QSettings("HKEY_CURRENT_USER\\Software\\DeepSilver", QSettings::NativeFormat)
-                                   .value("X3 Reunion/INSTALL_DIR")
-                                   .toString();
-    if (!deepSilver.isEmpty() && accept(deepSilver))
-        return;
-    const QString steam = QSettings("HKEY_CURRENT_USER\\Software\\Valve", QSettings::NativeFormat)
-                              .value("Steam/InstallPath")
-                              .toString();
-    if (!steam.isEmpty())
-        accept(steam + "/steamapps/common/x3 - reunion");
-#else
-    Q_UNUSED(accept);
-#endif
 }
