@@ -177,6 +177,19 @@ private slots:
         QVERIFY2(result.err.contains("File does not exist."), result.err.constData());
         QCOMPARE(CatalogNames(path("x.cat")), QStringList({"t\\a.txt"}));
 
+        // Entry names that would leave the catalog touch nothing on disk.
+        QVERIFY(WriteBytes(path("victim"), "disk file"));
+        for (const QStringList& arguments :
+             {QStringList({"cat-add", path("x.cat"), "t\\..\\..\\victim", path("keep")}),
+              QStringList({"cat-extract", path("x.cat"), "t/../../victim", path("stolen")}),
+              QStringList({"cat-rm", path("x.cat"), "t\\..\\..\\victim"})}) {
+            result = expect(1, arguments);
+            QCOMPARE(result.code, 1);
+            QVERIFY2(result.err.contains("'..'"), result.err.constData());
+        }
+        QCOMPARE(ReadBytes(path("victim")), QByteArray("disk file"));
+        QVERIFY(!QFile::exists(path("stolen")));
+
         // A catalog whose .dat is missing is not created over.
         QVERIFY(WriteBytes(path("lonely.dat"), "data"));
         result = expect(1, {"cat-add", path("lonely.cat"), "a", path("keep")});

@@ -215,6 +215,24 @@ private slots:
         QCOMPARE(ReadBytes(target), QByteArray("old target"));
     }
 
+    // An entry name with ".." would reach a disk file beside the catalog.
+    void entryNamesStayInsideTheCatalog()
+    {
+        QVERIFY(WriteCatalog(cat(), {{"t\\a.txt", "entry"}}));
+        QVERIFY(WriteBytes(path("victim.txt"), "disk file"));
+        const QString escaping = entry("t\\..\\..\\victim.txt");
+        QVERIFY(!GameFileEntryIsContained(escaping));
+        QVERIFY(!GameFileEntryIsContained(entry("a/../b")));
+        QVERIFY(GameFileEntryIsContained(path("../x.cat") + "::t\\a..b.txt"));
+
+        QVERIFY(!GameFileExtract(escaping, path("out"), false, false));
+        QVERIFY(!QFile::exists(path("out")));
+        QVERIFY(!copyIn("src", "overwritten", escaping, false));
+        QVERIFY(!GameFileRemove(escaping));
+        QCOMPARE(ReadBytes(path("victim.txt")), QByteArray("disk file"));
+        QCOMPARE(CatalogNames(cat()), QStringList({"t\\a.txt"}));
+    }
+
     void listing()
     {
         QVERIFY(GameFileList(path("missing.cat")).isEmpty());

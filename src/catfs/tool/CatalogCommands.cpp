@@ -38,6 +38,17 @@ int RefuseEntrySeparator(const Invocation& call, const QString& path)
     return Fail(call, QStringLiteral("%1: a file path must not hold '::'").arg(path));
 }
 
+// Checks the catalog argument and the entry name of a cat-* command; gives
+// an empty string when both are usable, else the reason.
+QString CatalogArgumentProblem(const QString& catalog, const QString& entry = {})
+{
+    if (HoldsEntrySeparator(catalog))
+        return QStringLiteral("%1: a catalog path must not hold '::'").arg(catalog);
+    if (!GameFileEntryIsContained(EntryPath(catalog, entry)))
+        return QStringLiteral("%1: an entry name must not hold a '..' component").arg(entry);
+    return {};
+}
+
 // Names why a disk file can't be read, or gives an empty string when it can.
 QString UnreadableReason(const QString& path)
 {
@@ -54,8 +65,8 @@ QString UnreadableReason(const QString& path)
 int CatList(const Invocation& call)
 {
     const QString& catalog = call.arguments[0];
-    if (HoldsEntrySeparator(catalog))
-        return RefuseEntrySeparator(call, catalog);
+    if (const QString problem = CatalogArgumentProblem(catalog); !problem.isEmpty())
+        return Fail(call, problem);
     const QList<GameFileListEntry> entries = GameFileList(catalog);
     // An empty list is either an empty catalog or one that could not be opened.
     if (entries.isEmpty() && CatLastError() != CatErrNone)
@@ -71,8 +82,8 @@ int CatExtract(const Invocation& call)
 {
     const QString& catalog = call.arguments[0];
     const QString& target = call.arguments[2];
-    if (HoldsEntrySeparator(catalog))
-        return RefuseEntrySeparator(call, catalog);
+    if (const QString problem = CatalogArgumentProblem(catalog, call.arguments[1]); !problem.isEmpty())
+        return Fail(call, problem);
     if (HoldsEntrySeparator(target))
         return RefuseEntrySeparator(call, target);
     const QString source = EntryPath(catalog, call.arguments[1]);
@@ -87,8 +98,8 @@ int CatAdd(const Invocation& call)
     const QString& catalog = call.arguments[0];
     const QString& file = call.arguments[2];
     const bool packed = call.has("--packed");
-    if (HoldsEntrySeparator(catalog))
-        return RefuseEntrySeparator(call, catalog);
+    if (const QString problem = CatalogArgumentProblem(catalog, call.arguments[1]); !problem.isEmpty())
+        return Fail(call, problem);
     if (const QString reason = UnreadableReason(file); !reason.isEmpty())
         return Fail(call, reason);
 
@@ -116,8 +127,8 @@ int CatAdd(const Invocation& call)
 int CatRemove(const Invocation& call)
 {
     const QString& catalog = call.arguments[0];
-    if (HoldsEntrySeparator(catalog))
-        return RefuseEntrySeparator(call, catalog);
+    if (const QString problem = CatalogArgumentProblem(catalog, call.arguments[1]); !problem.isEmpty())
+        return Fail(call, problem);
     const QString target = EntryPath(catalog, call.arguments[1]);
     if (!CatDelete(DriverPath(target).constData()))
         return Fail(call, QStringLiteral("%1: %2").arg(target, DriverReason(QStringLiteral("not removed"))));

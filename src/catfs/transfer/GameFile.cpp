@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QRegularExpression>
 #include <QSaveFile>
 
 #include <algorithm>
@@ -133,6 +134,16 @@ bool WriteTarget(const QString& target, const QByteArray& content)
 
 } // namespace
 
+bool GameFileEntryIsContained(const QString& path)
+{
+    const qsizetype separator = path.indexOf(QLatin1String("::"));
+    if (separator < 0)
+        return true;
+    const QString entry = path.mid(separator + 2);
+    static const QRegularExpression components(QStringLiteral("[/\\\\]"));
+    return !entry.split(components).contains(QLatin1String(".."));
+}
+
 QString GameFilePackedName(const QString& path, bool allRows)
 {
     // The file name starts behind the last separator; "::" separates the
@@ -156,6 +167,8 @@ QString GameFilePackedName(const QString& path, bool allRows)
 bool GameFileCopyIn(QFile& source, const QString& path, bool packed)
 {
     // Read first: a source that cannot be read must not cost the old entry.
+    if (!GameFileEntryIsContained(path))
+        return false;
     QByteArray content;
     if (!ReadWholeSource(source, content))
         return false;
@@ -187,6 +200,8 @@ bool GameFileCopyIn(QFile& source, const QString& path, bool packed)
 
 bool GameFileExtract(const QString& source, const QString& target, bool usePackedName, bool raw)
 {
+    if (!GameFileEntryIsContained(source))
+        return false;
     const QString path = usePackedName ? GameFilePackedName(source, false) : source;
     QByteArray content;
     {
@@ -200,6 +215,8 @@ bool GameFileExtract(const QString& source, const QString& target, bool usePacke
 
 bool GameFileRemove(const QString& path)
 {
+    if (!GameFileEntryIsContained(path))
+        return false;
     return CatDelete(DriverPath(GameFilePackedName(path, false)).constData());
 }
 

@@ -82,6 +82,13 @@ QList<GameFileListEntry> GameFileList(const QString& catalogPath);
 // file. A source that cannot be read or unpacked gives an empty target.
 void PckFileToPlain(const QString& source, const QString& target);
 
+// False when the entry part of a catalog path holds a ".." component. The
+// driver resolves ".." across the "::", so "x.cat::a\..\..\f" names the disk
+// file f beside the catalog, not an entry. Every function of this layer
+// refuses such a path (false, nothing read or written), since entry names may
+// come from files of other people's mods.
+bool GameFileEntryIsContained(const QString& path);
+
 // The packed name of `path` by the given rows of the table above: the whole
 // table when `allRows` is set, else only bod and bob. Directories and the
 // catalog part of the path are left alone.
