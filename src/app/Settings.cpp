@@ -2,6 +2,7 @@
 // <hullwright>. Lines outside both sections belong to other programs and are
 // kept, behind ours, when the file is written again.
 #include "app/DCreateShip.h"
+#include "app/GameDirSearch.h"
 
 #include "app/core/ProgramDir.h"
 
@@ -60,7 +61,7 @@ void DCreateShip::LoadSettings()
             const QString word = line.section(' ', 1, 1);
 
             if (key == "Dir:") {
-                if (QFileInfo::exists(rest + "/x3.exe"))
+                if (HoldsGameExecutable(rest))
                     GameDirs.append(rest);
             } else if (key == "BaseLang:") {
                 BaseLang = word;
