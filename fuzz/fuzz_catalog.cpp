@@ -29,20 +29,35 @@ void Require(bool condition, const char* what, const std::string& name = {})
     }
 }
 
-// One directory for the whole run, removed when the process ends.
-const fs::path& WorkDir()
+// One directory for the whole run, removed when the process ends normally.
+class WorkDirectory
 {
-    static const fs::path dir = [] {
+public:
+    WorkDirectory()
+    {
         std::string pattern = (fs::temp_directory_path() / "hw-fuzz-catalog-XXXXXX").string();
         if (!mkdtemp(pattern.data()))
             std::abort();
-        std::atexit([] {
-            std::error_code ignored;
-            fs::remove_all(WorkDir(), ignored);
-        });
-        return fs::path(pattern);
-    }();
-    return dir;
+        m_path = pattern;
+    }
+    ~WorkDirectory()
+    {
+        std::error_code ignored;
+        fs::remove_all(m_path, ignored);
+    }
+    WorkDirectory(const WorkDirectory&) = delete;
+    WorkDirectory& operator=(const WorkDirectory&) = delete;
+
+    const fs::path& path() const { return m_path; }
+
+private:
+    fs::path m_path;
+};
+
+const fs::path& WorkDir()
+{
+    static const WorkDirectory directory;
+    return directory.path();
 }
 
 bool WriteFile(const fs::path& path, const std::vector<uint8_t>& bytes)
