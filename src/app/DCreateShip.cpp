@@ -163,6 +163,7 @@ void DCreateShip::ConnectSignals()
     });
     connect(ButLoad, &QPushButton::clicked, this, &DCreateShip::Slot_LoadShip);
     connect(ButSave, &QPushButton::clicked, this, &DCreateShip::Slot_Save);
+    ConnectContentLists();
 }
 
 bool DCreateShip::AddGameDir(const QString& chosen)

@@ -137,6 +137,59 @@ public:
     QStringList VariantNames;
     bool TextLoaded = false;
 
+    // --- The content lists: models, other files, scripts, language texts,
+    // the scene file fields and the picture field.
+public slots:
+    void Slot_Dropped(const QString& text);
+    void Slot_OtherDropped(const QString& text);
+    void Slot_ScriptDropped(const QString& text);
+    void Slot_ModelMenu(QTreeWidgetItem* item, const QPoint& globalPos, int column);
+    void Slot_OtherMenu(QTreeWidgetItem* item, const QPoint& globalPos, int column);
+    void Slot_ScriptMenu(QTreeWidgetItem* item, const QPoint& globalPos, int column);
+    void Slot_TextMenu(QTreeWidgetItem* item, const QPoint& globalPos, int column);
+    void Slot_DCTextMenu(QTreeWidgetItem* item, int column);
+    void Slot_AddModel();
+    void Slot_ChangeModel();
+    void Slot_ChangeDir();
+    void Slot_RemoveModel();
+    void Slot_SwitchScene();
+    void Slot_SwitchCockpit();
+    void ClearModels();
+    void Slot_AddFile();
+    void Slot_ChangeOther();
+    void Slot_ChangeOtherDir();
+    void Slot_RemoveFile();
+    void ClearOther();
+    void Slot_AddScript();
+    void Slot_RemoveScript();
+    void ClearScripts();
+    void Slot_AddLanguage();
+    void Slot_RemoveLanguage();
+    void Slot_ChangeName();
+    void Slot_ChangeDesc();
+    void ClearText();
+    // Reading a ship's texts out of the game's language files; the text menu offers them.
+    virtual void Slot_ImportText();
+    virtual void Slot_ImportTextDir();
+    void Slot_SelectSceneFile() override;
+    void Slot_SelectSceneFileCp() override;
+    void Slot_ClearShipScene() override;
+    void Slot_ClearCockpitScene() override;
+    void Slot_SelectPic() override;
+
+public:
+    // The context menus as a right click on `item` (null: no row) builds
+    // them; the caller runs and then destroys the menu.
+    std::unique_ptr<QMenu> BuildModelMenu(QTreeWidgetItem* item);
+    std::unique_ptr<QMenu> BuildOtherMenu(QTreeWidgetItem* item);
+    std::unique_ptr<QMenu> BuildScriptMenu(QTreeWidgetItem* item);
+    std::unique_ptr<QMenu> BuildTextMenu(QTreeWidgetItem* item);
+    // A file size for the script list: four blanks, the value and its unit text.
+    QString FormatSize(qint64 size) const;
+
+private:
+    void ConnectContentLists();
+
 private:
     void CreateLists();
     void AddListColumns();
