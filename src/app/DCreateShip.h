@@ -96,6 +96,14 @@ public:
     // and extraction; the window's flow around them is complete.
     bool OpenPackage(const QString& path);
     bool Save(const QString& path);
+    // Reads the form into a new record for a save. The ship line is settled
+    // on the way (scene fields, turret cockpits by name, the id as its last
+    // field) and TextRaw takes it.
+    std::unique_ptr<ShipPackage> BuildPackage();
+    // Fills the form from a record whose files lie in WorkDir.
+    void ShowPackage(const ShipPackage& record);
+    // Sets the status bar's progress bar to `done` of `total`.
+    void ShowProgress(int64_t done, int64_t total);
     virtual void StartEditMode();
     void AskExtractTarget(const QString& package, bool quiet);
     void ExtractTo(const QString& package, const QString& directory, bool quiet);

@@ -8,23 +8,6 @@
 
 #include <QStatusBar>
 
-bool DCreateShip::OpenPackage(const QString& path)
-{
-    Q_UNUSED(path);
-    QMainWindow::statusBar()->clearMessage();
-    SetBusy(true);
-    return false;
-}
-
-bool DCreateShip::Save(const QString& path)
-{
-    Q_UNUSED(path);
-    ProgressBar->hide();
-    QMainWindow::statusBar()->clearMessage();
-    SetBusy(true);
-    return false;
-}
-
 void DCreateShip::StartEditMode() {}
 
 void DCreateShip::Slot_StartExtract()
