@@ -1,6 +1,7 @@
 // Construction, caption, the modified and content tests, clearing the form,
 // the busy state and the work directories of the main window.
 #include "app/DCreateShip.h"
+#include "app/GameDirSearch.h"
 
 #include "app/core/ProgramDir.h"
 #include "app/core/Services.h"
@@ -157,10 +158,6 @@ void DCreateShip::ConnectSignals()
                            CheckFriend, CheckXenon})
         connect(box, &QCheckBox::clicked, this, &DCreateShip::Slot_Modified);
 
-    connect(CheckExisting, &QCheckBox::toggled, this, [this](bool on) {
-        SpinOrgDesc->setEnabled(on);
-        ListText->setEnabled(!on);
-    });
     connect(ButLoad, &QPushButton::clicked, this, &DCreateShip::Slot_LoadShip);
     connect(ButSave, &QPushButton::clicked, this, &DCreateShip::Slot_Save);
     ConnectContentLists();
@@ -170,7 +167,7 @@ bool DCreateShip::AddGameDir(const QString& chosen)
 {
     QString dir = chosen;
     dir.replace('\\', '/');
-    if (!QFileInfo::exists(dir + "/x3.exe")) {
+    if (!HoldsGameExecutable(dir)) {
         prompter().critical(this, UiText[353], UiText[354], {UiText[60]});
         return false;
     }
