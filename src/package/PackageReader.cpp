@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr size_t kStreamBufferSize = 256 * 1024;
+constexpr size_t kStreamBufferSize = 250000; // one piece of a block
 constexpr uint64_t kBlockPiece = 250000;
 // A line longer than this is no line of a package: the stream is damaged.
 constexpr int kLongestLine = 16 << 20;
