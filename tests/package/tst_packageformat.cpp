@@ -15,20 +15,9 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "TestSupport.h"
+
 namespace {
-
-bool WriteFile(const QString& path, const QByteArray& bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-QByteArray ReadFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QByteArray RandomBytes(int size, quint32 seed)
 {

@@ -35,6 +35,13 @@ private:
 // Copies a directory tree; true when every file was copied.
 bool CopyTree(const QString& from, const QString& to);
 
+// Writes a whole file, making its directories; true when all bytes were written.
+bool WriteFile(const QString& path, const QByteArray& bytes);
+// The whole file, or nothing when it cannot be read.
+QByteArray ReadFile(const QString& path);
+// Bytes that do not compress, the same for the same seed.
+QByteArray RandomBytes(qsizetype size, quint32 seed);
+
 // A prompter for tests: each call takes the next scripted answer of its kind
 // (an empty answer when none is left) and records what was asked.
 class ScriptedPrompter : public Prompter
