@@ -11,13 +11,6 @@
 
 namespace {
 
-bool WriteFile(const QString& path, const QByteArray& content = {})
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
 // A game folder at `dir` with its executable under the name `exe`.
 QString MakeGame(const QString& dir, const QString& exe = "x3.exe")
 {

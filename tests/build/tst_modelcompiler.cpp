@@ -1,6 +1,7 @@
 // Package files brought into their stored form, with fake x2bc tools: shell
 // scripts that log their arguments and working directory and answer as the
 // real tool would, or fail, or stay silent, or hang.
+#include "TestSupport.h"
 #include "build/ModelCompiler.h"
 #include "catfs/transfer/GameFile.h"
 #include "package/ShipPackage.h"
@@ -95,19 +96,6 @@ private:
     const char* m_name;
     QByteArray m_old;
 };
-
-bool WriteFile(const QString& path, const QByteArray& content)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-QByteArray ReadFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // The content of a packed file, unpacked again.
 QByteArray Unpacked(const QString& packed, const QString& scratchDir)

@@ -19,15 +19,6 @@
 
 namespace {
 
-QByteArray RandomBytes(int size, quint32 seed)
-{
-    QRandomGenerator generator(seed);
-    QByteArray bytes(size, '\0');
-    for (char& byte : bytes)
-        byte = char(generator.bounded(256));
-    return bytes;
-}
-
 // Every file below `root`, relative to it, sorted.
 QStringList FilesBelow(const QString& root)
 {

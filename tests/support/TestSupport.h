@@ -36,7 +36,7 @@ private:
 bool CopyTree(const QString& from, const QString& to);
 
 // Writes a whole file, making its directories; true when all bytes were written.
-bool WriteFile(const QString& path, const QByteArray& bytes);
+bool WriteFile(const QString& path, const QByteArray& bytes = {});
 // The whole file, or nothing when it cannot be read.
 QByteArray ReadFile(const QString& path);
 // Bytes that do not compress, the same for the same seed.

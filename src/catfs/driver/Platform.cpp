@@ -262,14 +262,15 @@ void SyncDirectory(const std::string& directory)
 }
 
 uint32_t ReplaceFile(const std::string& osPath, const uint8_t* data, size_t count, mode_t mode,
-                     UniqueFd* replacement)
+                     UniqueFd* replacement, size_t totalLength)
 {
     const std::string temporary = osPath + ".new";
     uint32_t code = CatErrNone;
     UniqueFd fd = OpenLocked(temporary, O_RDWR | O_CREAT, Sharing::Exclusive, code);
     if (!fd.valid())
         return code;
-    if (::ftruncate(fd.get(), 0) != 0 || !WriteAllAt(fd.get(), data, count, 0) || ::fsync(fd.get()) != 0) {
+    if (::ftruncate(fd.get(), 0) != 0 || !WriteAllAt(fd.get(), data, count, 0) ||
+        (totalLength > count && ::ftruncate(fd.get(), off_t(totalLength)) != 0) || ::fsync(fd.get()) != 0) {
         code = ErrnoToCode(errno);
         ::unlink(temporary.c_str());
         return code;

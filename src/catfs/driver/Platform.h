@@ -93,9 +93,11 @@ void SyncDirectory(const std::string& directory);
 // file beside it, which is forced to disk and renamed over the target, so the
 // target holds either its old or its new content at every moment. The new
 // file is locked exclusively and gets `mode`; the open descriptor is handed
-// back in `replacement` when the caller wants to keep the lock.
+// back in `replacement` when the caller wants to keep the lock. A
+// `totalLength` beyond `count` extends the file with zeros (sparse, so it
+// costs no writing).
 uint32_t ReplaceFile(const std::string& osPath, const uint8_t* data, size_t count, mode_t mode,
-                     UniqueFd* replacement);
+                     UniqueFd* replacement, size_t totalLength = 0);
 
 // Sets access and modification time of an open file; failures are ignored.
 void SetFileTime(int fd, int64_t time);
