@@ -33,14 +33,14 @@ int main(int argc, char** argv)
         return CatDelete(path.c_str()) ? 0 : 1;
     if (op != "replace" || argc < 6)
         return 2;
-    const std::string content =
-        drivertest::CrashContent(argv[3], uint32_t(std::strtoul(argv[4], nullptr, 10)),
-                                 uint32_t(std::strtoul(argv[5], nullptr, 10)));
+    const std::string content = drivertest::CrashContent(
+        argv[3], uint32_t(std::strtoul(argv[4], nullptr, 10)), uint32_t(std::strtoul(argv[5], nullptr, 10)));
     CatFile* file = CatOpen(path.c_str(), CatModeWrite, 1, CatKindPlain);
     if (!file)
         return 1;
-    const bool written = CatSeek(file, 0, CatSeekBegin) &&
-                         CatWrite(file, content.data(), uint32_t(content.size())) == int32_t(content.size()) &&
-                         CatTruncate(file);
+    const bool written =
+        CatSeek(file, 0, CatSeekBegin) &&
+        CatWrite(file, content.data(), uint32_t(content.size())) == int32_t(content.size()) &&
+        CatTruncate(file);
     return CatClose(file) && written ? 0 : 1;
 }

@@ -6,7 +6,6 @@
 #include <QtTest>
 
 #include <fcntl.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
