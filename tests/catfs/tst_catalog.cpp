@@ -67,6 +67,8 @@ private slots:
     void shortDataFileFailsOnlyThatEntry();
     void replacingInnerEntryMovesItToTheEnd();
     void equalSizeReplacementKeepsPlace();
+    void openReaderFollowsMovedEntry();
+    void crOnlyCatalogAndDataNameWithSlash();
     void lastEntryChangesInPlaceAndDatIsCut();
     void packedEntrySizeIncludesLeadByte();
     void removingEntryClosesTheGap();
@@ -249,6 +251,37 @@ void TestCatalog::equalSizeReplacementKeepsPlace()
     QVERIFY(DriverWrite(P(base + ".cat::b"), "BBBB", CatKindPlain));
     QCOMPARE(CatalogText(base + ".cat"), catBefore);
     QCOMPARE(XorBytes(ReadFile(base + ".dat"), 0xA7), QByteArray("aaaaBBBBcc"));
+}
+
+void TestCatalog::openReaderFollowsMovedEntry()
+{
+    QTemporaryDir dir;
+    const QString base = dir.filePath("01");
+    WritePair(base, {{"a", "aaaa"}, {"b", "bbbb"}, {"c", "0123456789"}});
+    CatFile* reader = CatOpen(P(base + ".cat::c").constData(), CatModeRead, 0, CatKindAuto);
+    QVERIFY(reader);
+    char head[3] = {};
+    QCOMPARE(CatRead(reader, head, 3), 3);
+    // Changing entries in front of it moves its bytes in the .dat.
+    QVERIFY(DriverWrite(P(base + ".cat::a"), "A", CatKindPlain));
+    QVERIFY(CatDelete(P(base + ".cat::b").constData()));
+    char rest[16] = {};
+    QCOMPARE(CatRead(reader, rest, sizeof(rest)), 7);
+    QCOMPARE(QByteArray(head, 3) + QByteArray(rest, 7), QByteArray("0123456789"));
+    QVERIFY(CatClose(reader));
+    QCOMPARE(XorBytes(ReadFile(base + ".dat"), 0xA7), QByteArray("0123456789A"));
+}
+
+void TestCatalog::crOnlyCatalogAndDataNameWithSlash()
+{
+    QTemporaryDir dir;
+    const QString base = dir.filePath("01");
+    WritePairRaw(base, "sub/01.dat\rx/a.txt 2\ry 1", {{"x/a.txt", "aa"}, {"y", "b"}});
+    QCOMPARE(DriverRead(P(base + ".cat::x\\a.txt")), QByteArray("aa"));
+    QVERIFY(DriverWrite(P(base + ".cat::x\\a.txt"), "AA", CatKindPlain));
+    QVERIFY(DriverWrite(P(base + ".cat::z"), "zz", CatKindPlain));
+    QCOMPARE(CatalogText(base + ".cat"), QByteArray("sub/01.dat\nx/a.txt 2\ny 1\nz 2\n"));
+    VerifyPairOnDisk(base, {{"x/a.txt", "AA"}, {"y", "b"}, {"z", "zz"}});
 }
 
 void TestCatalog::lastEntryChangesInPlaceAndDatIsCut()

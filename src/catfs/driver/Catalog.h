@@ -44,6 +44,8 @@ public:
         return std::string_view(m_names).substr(entry.nameOffset, entry.nameLength);
     }
     bool dirty() const { return m_dirty; }
+    // End of the name store: the bytes behind a name up to here may be read.
+    const char* nameStoreEnd() const { return m_names.data() + m_names.size(); }
 
     // Position of the entry in the list (first match without regard to case),
     // or -1.
@@ -53,6 +55,11 @@ public:
     // Entries of size 0 give an empty buffer. Fails with 15 when the .dat is
     // shorter than the entry claims, before anything is allocated.
     uint32_t readStored(const CatEntry& entry, ByteBuffer& bytes);
+    // Fails with 15 when the .dat is shorter than the entry claims.
+    uint32_t checkStored(const CatEntry& entry) const;
+    // Reads `count` stored bytes of the entry from `position` on, still
+    // scrambled, straight into `out`.
+    uint32_t readStoredAt(const CatEntry& entry, uint32_t position, uint8_t* out, uint32_t count) const;
 
     // Appends an empty entry (size 0 at the end). Code 17 for a name that a
     // catalog line cannot hold.
@@ -79,7 +86,7 @@ private:
     uint32_t load(bool create);
     uint32_t createPair();
     uint32_t openDataFile();
-    uint32_t parse(uint8_t* text, size_t length);
+    uint32_t parse(uint8_t* text, size_t length, bool otherLineEnds);
     uint32_t recoverPendingMove();
     void buildIndex();
     void indexInsert(uint32_t position);

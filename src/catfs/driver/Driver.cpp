@@ -36,6 +36,11 @@ struct CatFileObject
     // The image still carries the .dat scrambling: an entry read for reading
     // only is unscrambled while it is copied out, in the same pass.
     bool scrambled = false;
+    // A plain entry opened for reading has no image at all: reads go straight
+    // from the .dat into the caller's buffer and are unscrambled there. Its
+    // bytes cannot change under it (a commit needs the only handle, and other
+    // entries' moves are followed by looking its place up again).
+    bool streamed = false;
     bool dirty = false;
     int64_t time = 0;
     uint32_t error = 0;
@@ -90,6 +95,7 @@ std::unordered_set<const CatFile*> g_files;
 std::unordered_set<const CatArchiveHandle*> g_archiveHandles;
 std::unordered_set<const CatFind*> g_finds;
 uint32_t g_lastError = 0;
+const CatFind* g_lastFind = nullptr; // spares the set look-up in a listing loop
 
 constexpr uint32_t kGrowStep = 5120;
 constexpr size_t kNameField = 260;
@@ -228,8 +234,9 @@ bool Unscramble(CatFileObject* object)
     return true;
 }
 
-// Makes the image of an entry from its stored bytes, by kind.
-uint32_t LoadEntryImage(CatFileObject* object, const CatEntry& entry, int32_t kind)
+// Makes the image of an entry from its stored bytes, by kind. Plain entries
+// opened for reading are streamed instead.
+uint32_t LoadEntryImage(CatFileObject* object, const CatEntry& entry, int32_t kind, int32_t mode)
 {
     object->storedSize = entry.size;
     if (entry.size == 0) {
@@ -237,16 +244,29 @@ uint32_t LoadEntryImage(CatFileObject* object, const CatEntry& entry, int32_t ki
         object->time = -1;
         return CatErrNone;
     }
-    ByteBuffer stored;
-    uint32_t code = object->archive->readStored(entry, stored);
+    uint32_t code = object->archive->checkStored(entry);
     if (code != CatErrNone)
         return code;
     if (kind == CatKindAuto) {
         uint8_t lead[3];
-        for (int i = 0; i < 3 && i < int(entry.size); ++i)
-            lead[i] = stored[i] ^ CatDataKey;
-        kind = PckIsPacked(lead, std::min<size_t>(3, entry.size)) ? CatKindPacked : CatKindPlain;
+        const uint32_t count = std::min<uint32_t>(3, entry.size);
+        code = object->archive->readStoredAt(entry, 0, lead, count);
+        if (code != CatErrNone)
+            return code;
+        XorInPlace(lead, count, CatDataKey);
+        kind = PckIsPacked(lead, count) ? CatKindPacked : CatKindPlain;
     }
+    if (kind == CatKindPlain && mode == CatModeRead) {
+        object->streamed = true;
+        object->size = entry.size;
+        object->time = -1;
+        object->flags = CatFlagPlain;
+        return CatErrNone;
+    }
+    ByteBuffer stored;
+    code = object->archive->readStored(entry, stored);
+    if (code != CatErrNone)
+        return code;
     if (kind == CatKindPlain) {
         object->image = std::move(stored);
         object->scrambled = true;
@@ -264,6 +284,19 @@ uint32_t LoadEntryImage(CatFileObject* object, const CatEntry& entry, int32_t ki
     object->size = object->capacity = unpacked.size;
     object->time = unpacked.mtime;
     object->flags = CatFlagPacked;
+    return code;
+}
+
+// Reads from a streamed entry at the handle's position.
+uint32_t ReadStreamed(CatFileObject* object, uint32_t position, uint8_t* out, uint32_t count)
+{
+    const int64_t index = object->archive->find(object->entryName);
+    if (index < 0)
+        return CatErrNoEntry;
+    const uint32_t code =
+        object->archive->readStoredAt(object->archive->entries()[size_t(index)], position, out, count);
+    if (code == CatErrNone)
+        XorInPlace(out, count, CatDataKey);
     return code;
 }
 
@@ -294,7 +327,7 @@ CatFile* OpenEntry(const std::string& path, int32_t mode, int32_t create, int32_
 
     const int64_t position = archive->find(entryName);
     if (position >= 0) {
-        code = LoadEntryImage(object.get(), archive->entries()[size_t(position)], kind);
+        code = LoadEntryImage(object.get(), archive->entries()[size_t(position)], kind, mode);
     } else if (create == 1) {
         const int32_t newKind = kind == CatKindAuto ? CatKindPacked : kind;
         code = archive->addEntry(entryName);
@@ -509,7 +542,16 @@ bool FindFrom(CatFind* find, CatFindData* data)
         const CatEntry& entry = entries[find->next];
         const std::string_view name = find->archive->name(entry);
         if (all || MatchPattern(find->tokens, 0, name)) {
-            CopyName(data->name, name);
+            // Short names are copied in fixed blocks, which the compiler
+            // turns into a few vector moves instead of a string copy.
+            const size_t blocks = (name.size() + 16) / 16 * 16;
+            if (blocks <= kNameField && name.data() + blocks <= find->archive->nameStoreEnd()) {
+                for (size_t i = 0; i < blocks; i += 16)
+                    std::memcpy(data->name + i, name.data() + i, 16);
+                data->name[name.size()] = '\0';
+            } else {
+                CopyName(data->name, name);
+            }
             data->size = entry.size;
             ++find->next;
             return true;
@@ -616,7 +658,13 @@ int32_t CatRead(CatFile* file, void* buffer, uint32_t count)
     if (file->position >= object->size)
         return 0;
     const uint32_t n = std::min(count, object->size - file->position);
-    if (object->scrambled)
+    if (object->streamed) {
+        const uint32_t code = ReadStreamed(object, file->position, static_cast<uint8_t*>(buffer), n);
+        if (code != CatErrNone) {
+            file->error = Fail(code);
+            return -1;
+        }
+    } else if (object->scrambled)
         XorCopy(static_cast<uint8_t*>(buffer), object->image.get() + file->position, n, CatDataKey);
     else
         std::memcpy(buffer, object->image.get() + file->position, n);
@@ -937,7 +985,7 @@ CatFind* CatFindFirst(CatArchiveHandle* handle, const char* pattern, CatFindData
 bool CatFindNext(CatFind* find, CatFindData* data)
 {
     ClearError();
-    if (!find || !g_finds.count(find) || !ArchiveAlive(find->archive)) {
+    if (!find || (find != g_lastFind && !g_finds.count(find)) || !ArchiveAlive(find->archive)) {
         Fail(CatErrInvalidHandle);
         return false;
     }
@@ -945,6 +993,7 @@ bool CatFindNext(CatFind* find, CatFindData* data)
         Fail(CatErrBadFlags);
         return false;
     }
+    g_lastFind = find;
     return FindFrom(find, data);
 }
 
@@ -956,6 +1005,8 @@ bool CatFindClose(CatFind* find)
         return false;
     }
     std::unique_ptr<CatFind> owned(find); // handed out by CatFindFirst
+    if (g_lastFind == find)
+        g_lastFind = nullptr;
     g_finds.erase(find);
     return true;
 }
