@@ -482,12 +482,6 @@ void DCreateShip::Slot_DCTextMenu(QTreeWidgetItem* item, int column)
         Slot_ChangeDesc();
 }
 
-// The text import reads names and descriptions out of the game's language
-// files; it is not part of the window yet, so the menu entries do nothing.
-void DCreateShip::Slot_ImportText() {}
-
-void DCreateShip::Slot_ImportTextDir() {}
-
 // --- Scene files and picture
 
 void DCreateShip::Slot_SelectSceneFile()

@@ -9,6 +9,7 @@
 
 #include "forms/CreateShip.h"
 #include "forms/Prompter.h"
+#include "language/GameText.h"
 #include "language/UiTexts.h"
 #include "package/ShipPackage.h"
 
@@ -20,13 +21,6 @@
 
 class StatusProgressBar;
 class WListView;
-
-// An id and a name, as read from data/classes and data/variant.
-struct IdName
-{
-    int Id = 0;
-    QString Name;
-};
 
 // The TShips line of a new ship: 65 fields and a trailing semicolon.
 extern const char* const DefaultShipLine;
@@ -144,6 +138,20 @@ public:
     QStringList ClassNames;
     QStringList VariantNames;
     bool TextLoaded = false;
+    // The texts of pages 17 and 2006 of the base language, in the order read.
+    QList<GameText> GameTextList;
+
+    // Parses one plain language file of the base language into GameTextList,
+    // the variant names and the class names, then resolves "{17,<id>}"
+    // references among the variant names.
+    void ParseGameText(const QString& path);
+    // Adds a ListText row from the plain language file at `path` when it holds
+    // the name of the ship in TextRaw; the language code is the first two
+    // characters of `sourceName`'s file name. True when a row was added.
+    bool ImportTextFile(const QString& path, const QString& sourceName);
+    // Imports the language file at `path` (plain, or packed .pck); true when a
+    // row was added.
+    bool ImportLanguageFile(const QString& path);
 
     // --- The content lists: models, other files, scripts, language texts,
     // the scene file fields and the picture field.
@@ -197,6 +205,8 @@ public:
 
 private:
     void ConnectContentLists();
+    // Where each id of GameTextList stands, while GetText reads.
+    GameTextIndex m_gameTextIndex;
 
 private:
     void CreateLists();

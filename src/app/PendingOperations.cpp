@@ -15,11 +15,3 @@ void DCreateShip::Slot_StartExtract()
     QMainWindow::statusBar()->clearMessage();
     SetBusy(true);
 }
-
-void DCreateShip::GetText()
-{
-    setEnabled(true);
-    repaint();
-    QMainWindow::statusBar()->clearMessage();
-    TextLoaded = true;
-}
