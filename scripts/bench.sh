@@ -2,6 +2,8 @@
 # Builds the benchmarks in build/ and runs every one of them in turn.
 # Arguments are passed to each benchmark, e.g. scripts/bench.sh --dir /var/tmp --reps 5
 # Not part of the test run: the figures depend on the machine and its load.
+# bench_gettext: the start-up text load (GetText) of a generated 13-catalog game
+# against unpacking and parsing its language pages directly.
 set -euo pipefail
 
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
