@@ -84,6 +84,10 @@ public slots:
     void GetText();
     void Slot_ExtractShip() override;
     void Slot_StartExtract();
+    // Takes a ship line, or cockpit lines, out of a table that the user
+    // chooses: a plain .txt, a packed .pck or a catalog.
+    void Slot_LoadShip() override;
+    void Slot_LoadCockpit() override;
 
 public:
     // Operations whose work lands with the package reader, writer, edit mode
