@@ -1,9 +1,9 @@
 #include "language/UiTexts.h"
 
 #include "language/LanguageFileHandler.h"
+#include "language/SaxDriver.h"
 
 #include <QFile>
-#include <QXmlStreamReader>
 
 QString TransformUiMarkup(const QString& text)
 {
@@ -30,49 +30,6 @@ QStringList PlaceholderUiTexts(int count)
     return texts;
 }
 
-namespace {
-
-// Feeds the reader's tokens to the handler. The stream reader may hand one
-// run of text over in several tokens (around entity references, CDATA or
-// buffer ends); they are joined and passed on as one piece when the next
-// element starts or ends, so that no text is cut short.
-bool DriveHandler(QXmlStreamReader& reader, LanguageFileHandler& handler)
-{
-    QString pendingText;
-    bool hasPendingText = false;
-    auto flushText = [&] {
-        if (hasPendingText)
-            handler.characters(pendingText);
-        pendingText.clear();
-        hasPendingText = false;
-    };
-
-    while (!reader.atEnd()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
-            flushText();
-            handler.startElement(reader.name().toString(), reader.attributes());
-            break;
-        case QXmlStreamReader::EndElement:
-            flushText();
-            handler.endElement(reader.name().toString());
-            break;
-        case QXmlStreamReader::Characters:
-            pendingText += reader.text();
-            hasPendingText = true;
-            break;
-        default:
-            break;
-        }
-    }
-    // Text parsed before an error is kept, as a SAX parser would have
-    // delivered it already.
-    flushText();
-    return !reader.hasError();
-}
-
-} // namespace
-
 bool ReadUiTexts(const QString& path, const QString& language, QStringList& uiText, QStringList& uiTextExtra,
                  QList<LanguageEntry>& languages)
 {
@@ -81,5 +38,5 @@ bool ReadUiTexts(const QString& path, const QString& language, QStringList& uiTe
         return false;
     QXmlStreamReader reader(&file);
     LanguageFileHandler handler(QStringLiteral("hullwright"), language, uiText, uiTextExtra, languages);
-    return DriveHandler(reader, handler);
+    return DriveSaxHandler(reader, handler);
 }
