@@ -754,7 +754,6 @@ uint32_t CatArchive::commitEntry(std::string_view entryName, uint8_t* bytes, uin
         return ErrnoToCode(errno);
 
     Rearrangement move;
-    std::vector<CatEntry> entries;
     if (size == entry.size) {
         move.destination = entry.offset;
         move.source = end;
@@ -767,13 +766,7 @@ uint32_t CatArchive::commitEntry(std::string_view entryName, uint8_t* bytes, uin
             m_dirty = true;
         return code;
     }
-    entries.reserve(m_entries.size());
-    entries.insert(entries.end(), m_entries.begin(), m_entries.begin() + position);
-    for (size_t i = size_t(position) + 1; i < m_entries.size(); ++i) {
-        CatEntry follower = m_entries[i];
-        follower.offset -= entry.size;
-        entries.push_back(follower);
-    }
+    std::vector<CatEntry> entries = entriesWithout(size_t(position));
     CatEntry moved = entry;
     moved.offset = uint32_t(end - entry.size);
     moved.size = size;
@@ -783,7 +776,28 @@ uint32_t CatArchive::commitEntry(std::string_view entryName, uint8_t* bytes, uin
     move.source = uint64_t(entry.offset) + entry.size;
     move.length = tail + size;
     move.newDataLength = end - entry.size + size;
+    return rearrange(move, std::move(entries));
+}
+
+std::vector<CatEntry> CatArchive::entriesWithout(size_t position) const
+{
+    const uint32_t gap = m_entries[position].size;
+    std::vector<CatEntry> entries;
+    entries.reserve(m_entries.size());
+    entries.insert(entries.end(), m_entries.begin(), m_entries.begin() + ptrdiff_t(position));
+    for (size_t i = position + 1; i < m_entries.size(); ++i) {
+        CatEntry follower = m_entries[i];
+        follower.offset -= gap;
+        entries.push_back(follower);
+    }
+    return entries;
+}
+
+uint32_t CatArchive::rearrange(const Rearrangement& move, std::vector<CatEntry> entries)
+{
     const uint32_t code = applyRearrangement(move, catalogText(entries));
+    // A move that failed half-way is completed at the next open: the list
+    // already describes that outcome.
     if (code == CatErrNone || m_broken) {
         m_entries = std::move(entries);
         m_indexValid = false;
@@ -803,27 +817,13 @@ uint32_t CatArchive::removeEntry(std::string_view entryName)
     const CatEntry entry = m_entries[size_t(position)];
     const uint64_t end = dataLength();
 
-    std::vector<CatEntry> entries;
-    entries.reserve(m_entries.size());
-    entries.insert(entries.end(), m_entries.begin(), m_entries.begin() + position);
-    for (size_t i = size_t(position) + 1; i < m_entries.size(); ++i) {
-        CatEntry follower = m_entries[i];
-        follower.offset -= entry.size;
-        entries.push_back(follower);
-    }
+    std::vector<CatEntry> entries = entriesWithout(size_t(position));
     Rearrangement move;
     move.destination = entry.offset;
     move.source = uint64_t(entry.offset) + entry.size;
     move.length = end - move.source;
     move.newDataLength = end - entry.size;
-    const uint32_t code = applyRearrangement(move, catalogText(entries));
-    if (code == CatErrNone || m_broken) {
-        m_entries = std::move(entries);
-        m_indexValid = false;
-        if (code == CatErrNone)
-            m_dirty = false;
-    }
-    return code;
+    return rearrange(move, std::move(entries));
 }
 
 uint32_t CatArchive::writeIfDirty()

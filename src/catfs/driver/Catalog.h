@@ -102,6 +102,10 @@ private:
         uint64_t newDataLength = 0;
     };
     uint32_t applyRearrangement(const Rearrangement& move, const std::vector<uint8_t>& text);
+    // The entry list without the entry at `position`, its followers moved down.
+    std::vector<CatEntry> entriesWithout(size_t position) const;
+    // Applies the move and, when it took effect, adopts `entries` as the list.
+    uint32_t rearrange(const Rearrangement& move, std::vector<CatEntry> entries);
     std::string journalPath() const { return m_osCatalogPath + ".journal"; }
 
     std::string m_path;          // canonical path, the table's key
