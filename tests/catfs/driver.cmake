@@ -5,6 +5,7 @@ hw_add_test(tst_pck SOURCES ${DRIVER_TEST_DIR}/tst_pck.cpp ${DRIVER_TEST_DIR}/dr
             LIBS hw_catfs_driver)
 hw_add_test(tst_catalog SOURCES ${DRIVER_TEST_DIR}/tst_catalog.cpp ${DRIVER_TEST_DIR}/driver_testutil.h
             LIBS hw_catfs_driver)
+hw_add_test(tst_catalog_text SOURCES ${DRIVER_TEST_DIR}/tst_catalog_text.cpp LIBS hw_catfs_driver)
 hw_add_test(tst_driver SOURCES ${DRIVER_TEST_DIR}/tst_driver.cpp ${DRIVER_TEST_DIR}/driver_testutil.h
             LIBS hw_catfs_driver)
 

@@ -58,22 +58,4 @@ void XorCatalog(uint8_t* bytes, size_t count, uint8_t key, size_t start)
         bytes[i] ^= period[j];
 }
 
-bool UnscrambleCatalogText(uint8_t* bytes, size_t count, uint8_t key)
-{
-    uint8_t period[256];
-    for (size_t i = 0; i < sizeof(period); ++i)
-        period[i] = uint8_t(key + i);
-    uint8_t seen = 0;
-    for (size_t i = 0; i < count; i += 256) {
-        const size_t block = count - i < 256 ? count - i : 256;
-        uint8_t* p = bytes + i;
-        for (size_t j = 0; j < block; ++j) {
-            const uint8_t c = p[j] ^ period[j];
-            seen |= uint8_t(c == '\r') | uint8_t(c == 0);
-            p[j] = c == '/' ? uint8_t('\\') : c;
-        }
-    }
-    return seen != 0;
-}
-
 } // namespace catfs

@@ -25,8 +25,4 @@ void XorCopy(uint8_t* to, const uint8_t* from, size_t count, uint8_t key);
 // `start` is the file position of bytes[0].
 void XorCatalog(uint8_t* bytes, size_t count, uint8_t key, size_t start = 0);
 
-// Unscrambles a whole .cat text read from the file's start and, in the same
-// pass, turns '/' into '\\'. True when a CR or zero byte was met.
-bool UnscrambleCatalogText(uint8_t* bytes, size_t count, uint8_t key);
-
 } // namespace catfs

@@ -14,10 +14,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace catfs {
 
 // The .cat file, once unscrambled, is 8-bit text, one item a line:
@@ -146,82 +142,6 @@ uint64_t FileLength(int fd)
         return 0;
     return uint64_t(st.st_size);
 }
-
-// Parses a size as atoi does (leading blanks, a sign, digits, anything behind
-// ignored; no digits read as 0). False when the value is negative or does not
-// fit in 32 bits.
-bool ParseSize(const char* begin, const char* end, uint32_t& value)
-{
-    while (begin < end && (*begin == ' ' || *begin == '\t' || *begin == '\v' || *begin == '\f'))
-        ++begin;
-    bool negative = false;
-    if (begin < end && (*begin == '+' || *begin == '-')) {
-        negative = *begin == '-';
-        ++begin;
-    }
-    uint64_t result = 0;
-    for (; begin < end && *begin >= '0' && *begin <= '9'; ++begin) {
-        result = result * 10 + uint64_t(*begin - '0');
-        if (result > UINT32_MAX)
-            return false;
-    }
-    if (negative && result != 0)
-        return false;
-    value = uint32_t(result);
-    return true;
-}
-
-// Finds line ends 64 bytes at a time with one comparison per 16 bytes, far
-// cheaper than a search call per line. The buffer must be readable up to 64
-// bytes behind `end`.
-class LineEndScanner
-{
-public:
-    LineEndScanner(const char* begin, const char* end) : m_begin(begin), m_end(end) {}
-
-    // The first '\n' at or behind `from`, or `end`.
-    const char* next(const char* from)
-    {
-        while (from < m_end) {
-            const char* block = m_begin + (size_t(from - m_begin) & ~size_t(63));
-            if (block != m_block) {
-                m_block = block;
-                m_bits = Scan(block);
-            }
-            const uint64_t bits = m_bits & (~uint64_t(0) << size_t(from - block));
-            if (bits) {
-                const char* found = block + __builtin_ctzll(bits);
-                return found < m_end ? found : m_end;
-            }
-            from = block + 64;
-        }
-        return m_end;
-    }
-
-private:
-    static uint64_t Scan(const char* block)
-    {
-#if defined(__SSE2__)
-        const __m128i newline = _mm_set1_epi8('\n');
-        uint64_t bits = 0;
-        for (int i = 0; i < 4; ++i) {
-            const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 16 * i));
-            bits |= uint64_t(uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, newline)))) << (16 * i);
-        }
-        return bits;
-#else
-        uint64_t bits = 0;
-        for (int i = 0; i < 64; ++i)
-            bits |= uint64_t(block[i] == '\n') << i;
-        return bits;
-#endif
-    }
-
-    const char* m_begin;
-    const char* m_end;
-    const char* m_block = nullptr;
-    uint64_t m_bits = 0;
-};
 
 uint64_t HashName(std::string_view name)
 {
@@ -363,16 +283,14 @@ uint32_t CatArchive::load(bool create)
         return CatErrFileEmpty;
     if (length >= UINT32_MAX)
         return CatErrNoMemory;
-    // The text becomes the name store; slack behind it lets line ends be
-    // searched and names be copied out in whole blocks.
-    std::string text;
-    text.resize(size_t(length) + 64);
+    // The text becomes the name store; the decoder needs slack behind it,
+    // which also lets names be copied out in whole blocks.
+    NameStore text(size_t(length) + kCatalogTextSlack);
     if (!ReadAllAt(m_catalogFd.get(), reinterpret_cast<uint8_t*>(text.data()), size_t(length), 0))
         return ErrnoToCode(errno);
-    const bool otherLineEnds =
-        UnscrambleCatalogText(reinterpret_cast<uint8_t*>(text.data()), size_t(length), CatCatalogKey);
     m_names = std::move(text);
-    code = parse(reinterpret_cast<uint8_t*>(m_names.data()), size_t(length), otherLineEnds);
+    m_indexValid = false;
+    code = DecodeCatalogText(m_names.data(), size_t(length), m_dataName, m_entries);
     if (code != CatErrNone)
         return code;
     if (!m_dataFd.valid())
@@ -386,67 +304,6 @@ uint32_t CatArchive::openDataFile()
     m_dataFd = OpenLocked(m_osDataPath, O_RDWR, Sharing::Exclusive, code);
     if (!m_dataFd.valid())
         return code == CatErrFileNotFound ? CatErrNoDatFile : code;
-    return CatErrNone;
-}
-
-// `text` is unscrambled and has '\\' for '/' already (in line 1 too, which
-// the writer turns back). `otherLineEnds`: CR or zero bytes are in it.
-uint32_t CatArchive::parse(uint8_t* text, size_t length, bool otherLineEnds)
-{
-    char* const begin = reinterpret_cast<char*>(text);
-    char* const end = begin + length;
-    // CR and zero bytes end lines as LF does.
-    if (otherLineEnds) {
-        for (char* p = begin; p < end; ++p) {
-            if (*p == '\r' || *p == '\0')
-                *p = '\n';
-        }
-    }
-
-    m_entries.clear();
-    m_entries.reserve(length / 24 + 1);
-    uint64_t offset = 0;
-    LineEndScanner lineEnds(begin, end);
-    char* line = begin;
-    bool first = true;
-    while (line < end) {
-        const char* lineEnd = lineEnds.next(line);
-        if (first) {
-            m_dataName.assign(line, size_t(lineEnd - line));
-            first = false;
-        } else {
-            // Common case: plain digits behind the last blank, read backwards
-            // from the line end; anything else goes the general way.
-            const char* blank = lineEnd - 1;
-            uint64_t size = 0;
-            uint64_t scale = 1;
-            while (blank >= line && *blank >= '0' && *blank <= '9' && scale <= 1000000000) {
-                size += uint64_t(*blank - '0') * scale;
-                scale *= 10;
-                --blank;
-            }
-            if (blank < line || *blank != ' ' || blank == lineEnd - 1) {
-                blank = static_cast<const char*>(::memrchr(line, ' ', size_t(lineEnd - line)));
-                if (!blank)
-                    return CatErrBadData;
-                uint32_t parsed = 0;
-                if (!ParseSize(blank + 1, lineEnd, parsed))
-                    return CatErrInvalidSize;
-                size = parsed;
-            } else if (size > UINT32_MAX) {
-                return CatErrInvalidSize;
-            }
-            if (offset + size > UINT32_MAX)
-                return CatErrInvalidSize;
-            m_entries.push_back(
-                CatEntry{uint32_t(line - begin), uint32_t(blank - line), uint32_t(offset), uint32_t(size)});
-            offset += size;
-        }
-        line = begin + (lineEnd - begin);
-        while (line < end && *line == '\n')
-            ++line;
-    }
-    m_indexValid = false;
     return CatErrNone;
 }
 
@@ -572,7 +429,7 @@ uint32_t CatArchive::addEntry(std::string_view entryName)
     if (m_names.size() + entryName.size() > UINT32_MAX)
         return CatErrNoMemory;
     const uint32_t nameOffset = uint32_t(m_names.size());
-    m_names.append(entryName);
+    m_names.insert(m_names.end(), entryName.begin(), entryName.end());
     m_entries.push_back(CatEntry{nameOffset, uint32_t(entryName.size()), uint32_t(dataLength()), 0});
     if (m_indexValid)
         indexInsert(uint32_t(m_entries.size() - 1));
@@ -580,7 +437,7 @@ uint32_t CatArchive::addEntry(std::string_view entryName)
     return CatErrNone;
 }
 
-std::vector<uint8_t> CatArchive::catalogText(const std::vector<CatEntry>& entries) const
+std::vector<uint8_t> CatArchive::catalogText(const CatEntryList& entries) const
 {
     std::vector<uint8_t> text;
     size_t estimate = m_dataName.size() + 1;
@@ -766,7 +623,7 @@ uint32_t CatArchive::commitEntry(std::string_view entryName, uint8_t* bytes, uin
             m_dirty = true;
         return code;
     }
-    std::vector<CatEntry> entries = entriesWithout(size_t(position));
+    CatEntryList entries = entriesWithout(size_t(position));
     CatEntry moved = entry;
     moved.offset = uint32_t(end - entry.size);
     moved.size = size;
@@ -779,10 +636,10 @@ uint32_t CatArchive::commitEntry(std::string_view entryName, uint8_t* bytes, uin
     return rearrange(move, std::move(entries));
 }
 
-std::vector<CatEntry> CatArchive::entriesWithout(size_t position) const
+CatEntryList CatArchive::entriesWithout(size_t position) const
 {
     const uint32_t gap = m_entries[position].size;
-    std::vector<CatEntry> entries;
+    CatEntryList entries;
     entries.reserve(m_entries.size());
     entries.insert(entries.end(), m_entries.begin(), m_entries.begin() + ptrdiff_t(position));
     for (size_t i = position + 1; i < m_entries.size(); ++i) {
@@ -793,7 +650,7 @@ std::vector<CatEntry> CatArchive::entriesWithout(size_t position) const
     return entries;
 }
 
-uint32_t CatArchive::rearrange(const Rearrangement& move, std::vector<CatEntry> entries)
+uint32_t CatArchive::rearrange(const Rearrangement& move, CatEntryList entries)
 {
     const uint32_t code = applyRearrangement(move, catalogText(entries));
     // A move that failed half-way is completed at the next open: the list
@@ -817,7 +674,7 @@ uint32_t CatArchive::removeEntry(std::string_view entryName)
     const CatEntry entry = m_entries[size_t(position)];
     const uint64_t end = dataLength();
 
-    std::vector<CatEntry> entries = entriesWithout(size_t(position));
+    CatEntryList entries = entriesWithout(size_t(position));
     Rearrangement move;
     move.destination = entry.offset;
     move.source = uint64_t(entry.offset) + entry.size;

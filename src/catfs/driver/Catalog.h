@@ -3,23 +3,17 @@
 #pragma once
 
 #include "catfs/driver/Bytes.h"
+#include "catfs/driver/CatalogText.h"
 #include "catfs/driver/Platform.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace catfs {
-
-struct CatEntry
-{
-    uint32_t nameOffset; // into the catalog's name store
-    uint32_t nameLength;
-    uint32_t offset; // start in the .dat: the sum of the sizes before it
-    uint32_t size;   // length in the .dat (for a packed entry the packed length)
-};
 
 class CatArchive
 {
@@ -38,10 +32,10 @@ public:
     const std::string& osCatalogPath() const { return m_osCatalogPath; }
     const std::string& osDataPath() const { return m_osDataPath; }
     const std::string& dataName() const { return m_dataName; }
-    const std::vector<CatEntry>& entries() const { return m_entries; }
+    const CatEntryList& entries() const { return m_entries; }
     std::string_view name(const CatEntry& entry) const
     {
-        return std::string_view(m_names).substr(entry.nameOffset, entry.nameLength);
+        return std::string_view(m_names.data() + entry.nameOffset, entry.nameLength);
     }
     bool dirty() const { return m_dirty; }
     // End of the name store: the bytes behind a name up to here may be read.
@@ -86,12 +80,11 @@ private:
     uint32_t load(bool create);
     uint32_t createPair();
     uint32_t openDataFile();
-    uint32_t parse(uint8_t* text, size_t length, bool otherLineEnds);
     uint32_t recoverPendingMove();
     void buildIndex();
     void indexInsert(uint32_t position);
     uint64_t dataLength() const;
-    std::vector<uint8_t> catalogText(const std::vector<CatEntry>& entries) const;
+    std::vector<uint8_t> catalogText(const CatEntryList& entries) const;
     uint32_t installCatalog(const std::vector<uint8_t>& text);
     // The crash-safe rearrangement of the .dat; see Catalog.cpp.
     struct Rearrangement
@@ -103,17 +96,17 @@ private:
     };
     uint32_t applyRearrangement(const Rearrangement& move, const std::vector<uint8_t>& text);
     // The entry list without the entry at `position`, its followers moved down.
-    std::vector<CatEntry> entriesWithout(size_t position) const;
+    CatEntryList entriesWithout(size_t position) const;
     // Applies the move and, when it took effect, adopts `entries` as the list.
-    uint32_t rearrange(const Rearrangement& move, std::vector<CatEntry> entries);
+    uint32_t rearrange(const Rearrangement& move, CatEntryList entries);
     std::string journalPath() const { return m_osCatalogPath + ".journal"; }
 
     std::string m_path;          // canonical path, the table's key
     std::string m_osCatalogPath; // as found on disk
     std::string m_osDataPath;
     std::string m_dataName; // line 1 of the catalog
-    std::string m_names;    // name store: the names of all entries, back to back
-    std::vector<CatEntry> m_entries;
+    NameStore m_names;      // name store: the catalog text, then names added since
+    CatEntryList m_entries;
     std::vector<uint32_t> m_index; // open-addressing hash of positions + 1
     bool m_indexValid = false;
     size_t m_indexed = 0;

@@ -81,6 +81,7 @@ struct CatFind
         std::string text;
     };
     std::vector<Token> tokens;
+    bool all = false; // the pattern is "*": every entry matches
 };
 
 namespace {
@@ -534,20 +535,17 @@ bool MatchPattern(const std::vector<CatFind::Token>& tokens, size_t t, std::stri
     return name.empty();
 }
 
-bool FindFrom(CatFind* find, CatFindData* data)
+inline bool FindFrom(CatFind* find, CatFindData* data)
 {
     const auto& entries = find->archive->entries();
-    const bool all = find->tokens.size() == 1 && find->tokens[0].kind == 2;
     for (; find->next < entries.size(); ++find->next) {
         const CatEntry& entry = entries[find->next];
         const std::string_view name = find->archive->name(entry);
-        if (all || MatchPattern(find->tokens, 0, name)) {
-            // Short names are copied in fixed blocks, which the compiler
+        if (find->all || MatchPattern(find->tokens, 0, name)) {
+            // Short names are copied as one fixed block, which the compiler
             // turns into a few vector moves instead of a string copy.
-            const size_t blocks = (name.size() + 16) / 16 * 16;
-            if (blocks <= kNameField && name.data() + blocks <= find->archive->nameStoreEnd()) {
-                for (size_t i = 0; i < blocks; i += 16)
-                    std::memcpy(data->name + i, name.data() + i, 16);
+            if (name.size() < 64 && name.data() + 64 <= find->archive->nameStoreEnd()) {
+                std::memcpy(data->name, name.data(), 64);
                 data->name[name.size()] = '\0';
             } else {
                 CopyName(data->name, name);
@@ -974,6 +972,7 @@ CatFind* CatFindFirst(CatArchiveHandle* handle, const char* pattern, CatFindData
             }
             if (!literal.empty())
                 find->tokens.push_back({0, std::move(literal)});
+            find->all = find->tokens.size() == 1 && find->tokens[0].kind == 2;
             if (!FindFrom(find.get(), data))
                 return nullptr;
             g_finds.insert(find.get());

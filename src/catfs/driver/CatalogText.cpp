@@ -1,0 +1,307 @@
+#include "catfs/driver/CatalogText.h"
+
+#include "catfs/CatDriver.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <memory>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+#if defined(__x86_64__) && defined(__GNUC__)
+#include <immintrin.h>
+#endif
+
+namespace catfs {
+
+bool ParseSize(const char* begin, const char* end, uint32_t& value)
+{
+    while (begin < end && (*begin == ' ' || *begin == '\t' || *begin == '\v' || *begin == '\f'))
+        ++begin;
+    bool negative = false;
+    if (begin < end && (*begin == '+' || *begin == '-')) {
+        negative = *begin == '-';
+        ++begin;
+    }
+    uint64_t result = 0;
+    for (; begin < end && *begin >= '0' && *begin <= '9'; ++begin) {
+        result = result * 10 + uint64_t(*begin - '0');
+        if (result > UINT32_MAX)
+            return false;
+    }
+    if (negative && result != 0)
+        return false;
+    value = uint32_t(result);
+    return true;
+}
+
+namespace {
+
+// The text is decoded in pieces of this size: a multiple of the key's period
+// (256) and of the mask blocks (64), small enough to stay in the first-level
+// cache between unscrambling and splitting.
+constexpr size_t kPiece = 4096;
+constexpr size_t kBlocksPerPiece = kPiece / 64;
+
+// Per 64-byte block, one bit per byte: where the line ends and the blanks are.
+struct BlockMasks
+{
+    uint64_t lineEnds[kBlocksPerPiece];
+    uint64_t blanks[kBlocksPerPiece + 1]; // [0]: the block before the piece
+};
+
+// Unscrambles `blocks` blocks of 64 bytes at `text` (file position
+// `position`, a multiple of 64) with the key stream `period`, rewrites
+// separators and line ends, and records the masks of LF and blank.
+void DecodePiecePortable(char* text, size_t position, size_t blocks, const uint8_t* period, BlockMasks& masks)
+{
+    for (size_t b = 0; b < blocks; ++b) {
+        char* block = text + 64 * b;
+        const size_t at = position + 64 * b;
+#if defined(__SSE2__)
+        const __m128i slash = _mm_set1_epi8('/');
+        const __m128i slashToBackslash = _mm_set1_epi8('/' ^ '\\');
+        const __m128i cr = _mm_set1_epi8('\r');
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i lf = _mm_set1_epi8('\n');
+        const __m128i blank = _mm_set1_epi8(' ');
+        uint64_t ends = 0;
+        uint64_t spaces = 0;
+        for (int i = 0; i < 4; ++i) {
+            __m128i* chunk = reinterpret_cast<__m128i*>(block + 16 * i);
+            const __m128i key =
+                _mm_loadu_si128(reinterpret_cast<const __m128i*>(period + ((at + 16 * i) & 255)));
+            __m128i v = _mm_xor_si128(_mm_loadu_si128(chunk), key);
+            v = _mm_xor_si128(v, _mm_and_si128(_mm_cmpeq_epi8(v, slash), slashToBackslash));
+            const __m128i other = _mm_or_si128(_mm_cmpeq_epi8(v, cr), _mm_cmpeq_epi8(v, zero));
+            v = _mm_or_si128(_mm_andnot_si128(other, v), _mm_and_si128(other, lf));
+            _mm_storeu_si128(chunk, v);
+            ends |= uint64_t(uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(v, lf)))) << (16 * i);
+            spaces |= uint64_t(uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(v, blank)))) << (16 * i);
+        }
+#else
+        uint64_t ends = 0;
+        uint64_t spaces = 0;
+        for (size_t i = 0; i < 64; ++i) {
+            uint8_t c = uint8_t(block[i]) ^ period[(at + i) & 255];
+            if (c == '/')
+                c = '\\';
+            else if (c == '\r' || c == 0)
+                c = '\n';
+            block[i] = char(c);
+            ends |= uint64_t(c == '\n') << i;
+            spaces |= uint64_t(c == ' ') << i;
+        }
+#endif
+        masks.lineEnds[b] = ends;
+        masks.blanks[b + 1] = spaces;
+    }
+}
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define HW_CATALOG_WIDE_DECODER 1
+// The same with 64-byte vectors, whose comparisons give the masks directly.
+__attribute__((target("avx512f,avx512bw"))) void DecodePieceWide(char* text, size_t position, size_t blocks,
+                                                                 const uint8_t* period, BlockMasks& masks)
+{
+    const __m512i slash = _mm512_set1_epi8('/');
+    const __m512i backslash = _mm512_set1_epi8('\\');
+    const __m512i cr = _mm512_set1_epi8('\r');
+    const __m512i lf = _mm512_set1_epi8('\n');
+    const __m512i blank = _mm512_set1_epi8(' ');
+    for (size_t b = 0; b < blocks; ++b) {
+        char* block = text + 64 * b;
+        const __m512i key = _mm512_loadu_si512(period + ((position + 64 * b) & 255));
+        __m512i v = _mm512_xor_si512(_mm512_loadu_si512(block), key);
+        v = _mm512_mask_mov_epi8(v, _mm512_cmpeq_epi8_mask(v, slash), backslash);
+        v = _mm512_mask_mov_epi8(v, _mm512_cmpeq_epi8_mask(v, cr) | _mm512_testn_epi8_mask(v, v), lf);
+        _mm512_storeu_si512(block, v);
+        masks.lineEnds[b] = _mm512_cmpeq_epi8_mask(v, lf);
+        masks.blanks[b + 1] = _mm512_cmpeq_epi8_mask(v, blank);
+    }
+}
+
+bool WideDecoderAvailable()
+{
+    static const bool available = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw");
+    return available;
+}
+#endif
+
+uint64_t Load64(const char* p)
+{
+    uint64_t value;
+    std::memcpy(&value, p, 8);
+    return value;
+}
+
+// The value of the `count` (1..8) decimal digits that end at `end`, or false
+// when one of them is not a digit. Reads the 8 bytes before `end`; all eight
+// digits are converted at once (the bytes before the digits count as leading
+// zeros).
+bool ParseDigitsBefore(const char* end, size_t count, uint32_t& value)
+{
+    const uint64_t keep = ~uint64_t(0) << (8 * (8 - count));
+    const uint64_t bytes = Load64(end - 8) & keep;
+    const uint64_t zeros = 0x3030303030303030ull & keep;
+    if ((bytes & 0xF0F0F0F0F0F0F0F0ull) != zeros ||
+        ((bytes + 0x0606060606060606ull) & 0xF0F0F0F0F0F0F0F0ull) != zeros)
+        return false;
+    uint64_t digits = bytes - zeros;      // one digit a byte, the first one lowest
+    digits = digits * 10 + (digits >> 8); // pairs
+    digits = (((digits & 0x000000FF000000FFull) * (100 + (1000000ull << 32))) +
+              (((digits >> 16) & 0x000000FF000000FFull) * (1 + (10000ull << 32)))) >>
+             32;
+    value = uint32_t(digits);
+    return true;
+}
+
+// Splits decoded text into line 1 and the entries, one piece at a time.
+class LineSplitter
+{
+public:
+    LineSplitter(char* text, std::string& dataName, CatEntryList& entries)
+        : m_text(text), m_dataName(dataName), m_entries(entries)
+    {
+    }
+
+    // The lines that end in the piece at `pieceStart` whose masks are
+    // `masks`. The line ends are first gathered into a list, so that the
+    // loop over the lines does not branch on how they fall into blocks.
+    uint32_t piece(size_t pieceStart, size_t blocks, const BlockMasks& masks)
+    {
+        size_t count = 0;
+        for (size_t b = 0; b < blocks; ++b) {
+            uint64_t ends = masks.lineEnds[b];
+            const uint32_t base = uint32_t(64 * b);
+            // Four at a time without a branch (a slot behind the last is
+            // overwritten later); only blocks of short lines hold more.
+            for (int i = 0; i < 4; ++i) {
+                m_ends[count] = base + uint32_t(std::countr_zero(ends));
+                count += ends != 0;
+                ends &= ends - 1;
+            }
+            for (; ends; ends &= ends - 1)
+                m_ends[count++] = base + uint32_t(std::countr_zero(ends));
+        }
+        if (m_entries.size() < m_count + count)
+            m_entries.resize(std::max(m_entries.size() * 2, m_count + count));
+        m_out = m_entries.data();
+        for (size_t i = 0; i < count; ++i) {
+            const size_t local = m_ends[i];
+            const size_t block = local / 64;
+            const uint64_t here = masks.blanks[block + 1] & ((uint64_t(1) << (local % 64)) - 1);
+            const uint64_t before = masks.blanks[block];
+            const int64_t blockStart = int64_t(pieceStart + 64 * block);
+            // The nearest blank in this block or the one before it.
+            const int64_t blank =
+                here ? blockStart + 63 - std::countl_zero(here) : blockStart - 1 - std::countl_zero(before);
+            const uint32_t code = line(pieceStart + local, (here | before) != 0, blank);
+            if (code != CatErrNone)
+                return code;
+        }
+        return CatErrNone;
+    }
+
+    // The last line when the text does not end with a line end.
+    uint32_t last(size_t length)
+    {
+        uint32_t code = CatErrNone;
+        if (m_lineStart < length) {
+            m_entries.resize(m_count + 1);
+            m_out = m_entries.data();
+            code = line(length, false, 0);
+        }
+        m_entries.resize(m_count);
+        return code;
+    }
+
+private:
+    // The line from the current line start to `end`. `blank` is the nearest
+    // blank before `end` when `found`; otherwise it is looked for here.
+    __attribute__((always_inline)) uint32_t line(size_t end, bool found, int64_t blank)
+    {
+        const size_t start = m_lineStart;
+        m_lineStart = end + 1;
+        if (m_first || start == end) [[unlikely]] {
+            if (m_first)
+                m_dataName.assign(m_text + start, end - start);
+            m_first = false;
+            return CatErrNone; // empty lines are skipped
+        }
+        if (!found || blank < int64_t(start)) [[unlikely]] {
+            if (found)
+                return CatErrBadData; // the nearest blank lies in an earlier line
+            const void* at = ::memrchr(m_text + start, ' ', end - start);
+            if (!at)
+                return CatErrBadData;
+            blank = static_cast<const char*>(at) - m_text;
+        }
+        const char* lineEnd = m_text + end;
+        const size_t digits = end - size_t(blank) - 1;
+        uint32_t size = 0;
+        if (digits - 1 >= 8 || end < 8 || !ParseDigitsBefore(lineEnd, digits, size)) [[unlikely]] {
+            if (!ParseSize(m_text + blank + 1, lineEnd, size))
+                return CatErrInvalidSize;
+        }
+        if (m_offset + size > UINT32_MAX) [[unlikely]]
+            return CatErrInvalidSize;
+        m_out[m_count++] =
+            CatEntry{uint32_t(start), uint32_t(size_t(blank) - start), uint32_t(m_offset), size};
+        m_offset += size;
+        return CatErrNone;
+    }
+
+    char* m_text;
+    std::string& m_dataName;
+    CatEntryList& m_entries;
+    size_t m_lineStart = 0;
+    uint64_t m_offset = 0;
+    bool m_first = true;
+    CatEntry* m_out = nullptr; // m_entries.data(); the list has room for every line of the piece
+    size_t m_count = 0;        // entries written
+    uint32_t m_ends[kPiece + 4];
+};
+
+} // namespace
+
+uint32_t DecodeCatalogText(char* text, size_t length, std::string& dataName, CatEntryList& entries,
+                           CatalogDecoder decoder)
+{
+    auto decodePiece = DecodePiecePortable;
+#if HW_CATALOG_WIDE_DECODER
+    if (decoder != CatalogDecoder::Portable && WideDecoderAvailable())
+        decodePiece = DecodePieceWide;
+#else
+    (void)decoder;
+#endif
+    uint8_t period[256];
+    for (size_t i = 0; i < sizeof(period); ++i)
+        period[i] = uint8_t(CatCatalogKey + i);
+
+    entries.clear();
+    entries.resize(length / 24 + 1); // grown when the lines are shorter
+    dataName.clear();
+    auto splitter = std::make_unique<LineSplitter>(text, dataName, entries);
+    BlockMasks masks;
+    masks.blanks[0] = 0; // the block before the first
+    for (size_t piece = 0; piece < length; piece += kPiece) {
+        const size_t blocks = std::min(kPiece, length - piece + 63) / 64;
+        decodePiece(text + piece, piece, blocks, period, masks);
+        // Bytes behind the text belong to no line.
+        const size_t tail = length - piece - 64 * (blocks - 1);
+        if (tail < 64) {
+            masks.lineEnds[blocks - 1] &= (uint64_t(1) << tail) - 1;
+            masks.blanks[blocks] &= (uint64_t(1) << tail) - 1;
+        }
+        const uint32_t code = splitter->piece(piece, blocks, masks);
+        if (code != CatErrNone)
+            return code;
+        masks.blanks[0] = masks.blanks[blocks];
+    }
+    return splitter->last(length);
+}
+
+} // namespace catfs
