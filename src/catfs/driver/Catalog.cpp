@@ -57,10 +57,12 @@ namespace catfs {
 //      into place; from now on the change is decided. It holds the region to
 //      move (source, destination, length), the new length of the .dat, the
 //      new catalog text and a progress word.
-//   3. The region is moved down in pieces of up to 8 MiB, each read into one
+//   3. The region is moved down in pieces of up to 1 MiB, each read into one
 //      buffer and written to its new place, and the progress word (in a shared
-//      mapping of the journal) is advanced behind each piece. A piece never overwrites source bytes that
-//      a later piece still needs. When the move distance is smaller than a
+//      mapping of the journal) is advanced behind each piece. A piece that
+//      small stays in the processor's cache between its read and its write,
+//      which moves a large tail faster than bigger pieces do. A piece never
+//      overwrites source bytes that a later piece still needs. When the move distance is smaller than a
 //      piece, the piece would overwrite its own source, so it is first copied
 //      into the journal's save area and the progress word says so: a restart
 //      writes the saved piece again.
@@ -96,7 +98,7 @@ namespace {
 
 constexpr char kJournalMagic[8] = {'H', 'W', 'C', 'A', 'T', 'J', '1', '\0'};
 constexpr size_t kJournalHeader = 64;
-constexpr uint32_t kPieceSize = 8 * 1024 * 1024;
+constexpr uint32_t kPieceSize = 1024 * 1024; // a journal records its own piece size
 constexpr size_t kProgressOffset = 56;
 
 uint64_t Load64(const uint8_t* p)

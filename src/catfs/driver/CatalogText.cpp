@@ -102,9 +102,11 @@ void DecodePiecePortable(char* text, size_t position, size_t blocks, const uint8
 
 #if defined(__x86_64__) && defined(__GNUC__)
 #define HW_CATALOG_WIDE_DECODER 1
+// 64-byte vectors with byte masks, and the bit-counting instructions.
+#define HW_WIDE_TARGET "avx512f,avx512bw,bmi,bmi2,lzcnt,popcnt"
 // The same with 64-byte vectors, whose comparisons give the masks directly.
-__attribute__((target("avx512f,avx512bw"))) void DecodePieceWide(char* text, size_t position, size_t blocks,
-                                                                 const uint8_t* period, BlockMasks& masks)
+__attribute__((target(HW_WIDE_TARGET))) void DecodePieceWide(char* text, size_t position, size_t blocks,
+                                                             const uint8_t* period, BlockMasks& masks)
 {
     const __m512i slash = _mm512_set1_epi8('/');
     const __m512i backslash = _mm512_set1_epi8('\\');
@@ -125,7 +127,9 @@ __attribute__((target("avx512f,avx512bw"))) void DecodePieceWide(char* text, siz
 
 bool WideDecoderAvailable()
 {
-    static const bool available = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw");
+    static const bool available = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                                  __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
+                                  __builtin_cpu_supports("lzcnt") && __builtin_cpu_supports("popcnt");
     return available;
 }
 #endif
@@ -170,7 +174,7 @@ public:
     // The lines that end in the piece at `pieceStart` whose masks are
     // `masks`. The line ends are first gathered into a list, so that the
     // loop over the lines does not branch on how they fall into blocks.
-    uint32_t piece(size_t pieceStart, size_t blocks, const BlockMasks& masks)
+    __attribute__((always_inline)) uint32_t piece(size_t pieceStart, size_t blocks, const BlockMasks& masks)
     {
         size_t count = 0;
         for (size_t b = 0; b < blocks; ++b) {
@@ -186,10 +190,13 @@ public:
             for (; ends; ends &= ends - 1)
                 m_ends[count++] = base + uint32_t(std::countr_zero(ends));
         }
-        if (m_entries.size() < m_count + count)
-            m_entries.resize(std::max(m_entries.size() * 2, m_count + count));
-        m_out = m_entries.data();
-        for (size_t i = 0; i < count; ++i) {
+        if (m_entries.size() < m_cursor.count + count)
+            m_entries.resize(std::max(m_entries.size() * 2, m_cursor.count + count));
+        // The cursor is a local copy, so that it stays in registers.
+        Cursor cursor = m_cursor;
+        CatEntry* const out = m_entries.data();
+        uint32_t code = CatErrNone;
+        for (size_t i = 0; i < count && code == CatErrNone; ++i) {
             const size_t local = m_ends[i];
             const size_t block = local / 64;
             const uint64_t here = masks.blanks[block + 1] & ((uint64_t(1) << (local % 64)) - 1);
@@ -198,37 +205,44 @@ public:
             // The nearest blank in this block or the one before it.
             const int64_t blank =
                 here ? blockStart + 63 - std::countl_zero(here) : blockStart - 1 - std::countl_zero(before);
-            const uint32_t code = line(pieceStart + local, (here | before) != 0, blank);
-            if (code != CatErrNone)
-                return code;
+            code = line(cursor, out, pieceStart + local, (here | before) != 0, blank);
         }
-        return CatErrNone;
+        m_cursor = cursor;
+        return code;
     }
 
     // The last line when the text does not end with a line end.
     uint32_t last(size_t length)
     {
         uint32_t code = CatErrNone;
-        if (m_lineStart < length) {
-            m_entries.resize(m_count + 1);
-            m_out = m_entries.data();
-            code = line(length, false, 0);
+        if (m_cursor.lineStart < length) {
+            m_entries.resize(m_cursor.count + 1);
+            code = line(m_cursor, m_entries.data(), length, false, 0);
         }
-        m_entries.resize(m_count);
+        m_entries.resize(m_cursor.count);
         return code;
     }
 
 private:
-    // The line from the current line start to `end`. `blank` is the nearest
-    // blank before `end` when `found`; otherwise it is looked for here.
-    __attribute__((always_inline)) uint32_t line(size_t end, bool found, int64_t blank)
+    struct Cursor
     {
-        const size_t start = m_lineStart;
-        m_lineStart = end + 1;
-        if (m_first || start == end) [[unlikely]] {
-            if (m_first)
+        size_t lineStart = 0;
+        uint64_t offset = 0; // in the .dat, of the next entry
+        size_t count = 0;    // entries written
+        bool first = true;   // line 1 is still to come
+    };
+
+    // The line from the cursor's line start to `end`. `blank` is the nearest
+    // blank before `end` when `found`; otherwise it is looked for here.
+    __attribute__((always_inline)) uint32_t line(Cursor& cursor, CatEntry* out, size_t end, bool found,
+                                                 int64_t blank)
+    {
+        const size_t start = cursor.lineStart;
+        cursor.lineStart = end + 1;
+        if (cursor.first || start == end) [[unlikely]] {
+            if (cursor.first)
                 m_dataName.assign(m_text + start, end - start);
-            m_first = false;
+            cursor.first = false;
             return CatErrNone; // empty lines are skipped
         }
         if (!found || blank < int64_t(start)) [[unlikely]] {
@@ -243,40 +257,36 @@ private:
         const size_t digits = end - size_t(blank) - 1;
         uint32_t size = 0;
         if (digits - 1 >= 8 || end < 8 || !ParseDigitsBefore(lineEnd, digits, size)) [[unlikely]] {
-            if (!ParseSize(m_text + blank + 1, lineEnd, size))
+            uint32_t parsed = 0;
+            if (!ParseSize(m_text + blank + 1, lineEnd, parsed))
                 return CatErrInvalidSize;
+            size = parsed;
         }
-        if (m_offset + size > UINT32_MAX) [[unlikely]]
+        if (cursor.offset + size > UINT32_MAX) [[unlikely]]
             return CatErrInvalidSize;
-        m_out[m_count++] =
-            CatEntry{uint32_t(start), uint32_t(size_t(blank) - start), uint32_t(m_offset), size};
-        m_offset += size;
+        out[cursor.count++] =
+            CatEntry{uint32_t(start), uint32_t(size_t(blank) - start), uint32_t(cursor.offset), size};
+        cursor.offset += size;
         return CatErrNone;
     }
 
     char* m_text;
     std::string& m_dataName;
     CatEntryList& m_entries;
-    size_t m_lineStart = 0;
-    uint64_t m_offset = 0;
-    bool m_first = true;
-    CatEntry* m_out = nullptr; // m_entries.data(); the list has room for every line of the piece
-    size_t m_count = 0;        // entries written
+    Cursor m_cursor;
     uint32_t m_ends[kPiece + 4];
 };
 
 } // namespace
 
-uint32_t DecodeCatalogText(char* text, size_t length, std::string& dataName, CatEntryList& entries,
-                           CatalogDecoder decoder)
+namespace {
+
+// The whole decoding, inlined into each variant so that every step is
+// compiled for that variant's instruction set.
+template <void (*DecodePiece)(char*, size_t, size_t, const uint8_t*, BlockMasks&)>
+__attribute__((always_inline)) inline uint32_t DecodeWith(char* text, size_t length, std::string& dataName,
+                                                          CatEntryList& entries)
 {
-    auto decodePiece = DecodePiecePortable;
-#if HW_CATALOG_WIDE_DECODER
-    if (decoder != CatalogDecoder::Portable && WideDecoderAvailable())
-        decodePiece = DecodePieceWide;
-#else
-    (void)decoder;
-#endif
     uint8_t period[256];
     for (size_t i = 0; i < sizeof(period); ++i)
         period[i] = uint8_t(CatCatalogKey + i);
@@ -289,7 +299,7 @@ uint32_t DecodeCatalogText(char* text, size_t length, std::string& dataName, Cat
     masks.blanks[0] = 0; // the block before the first
     for (size_t piece = 0; piece < length; piece += kPiece) {
         const size_t blocks = std::min(kPiece, length - piece + 63) / 64;
-        decodePiece(text + piece, piece, blocks, period, masks);
+        DecodePiece(text + piece, piece, blocks, period, masks);
         // Bytes behind the text belong to no line.
         const size_t tail = length - piece - 64 * (blocks - 1);
         if (tail < 64) {
@@ -302,6 +312,33 @@ uint32_t DecodeCatalogText(char* text, size_t length, std::string& dataName, Cat
         masks.blanks[0] = masks.blanks[blocks];
     }
     return splitter->last(length);
+}
+
+uint32_t DecodePortable(char* text, size_t length, std::string& dataName, CatEntryList& entries)
+{
+    return DecodeWith<DecodePiecePortable>(text, length, dataName, entries);
+}
+
+#if HW_CATALOG_WIDE_DECODER
+__attribute__((target(HW_WIDE_TARGET))) uint32_t DecodeWide(char* text, size_t length, std::string& dataName,
+                                                            CatEntryList& entries)
+{
+    return DecodeWith<DecodePieceWide>(text, length, dataName, entries);
+}
+#endif
+
+} // namespace
+
+uint32_t DecodeCatalogText(char* text, size_t length, std::string& dataName, CatEntryList& entries,
+                           CatalogDecoder decoder)
+{
+#if HW_CATALOG_WIDE_DECODER
+    if (decoder != CatalogDecoder::Portable && WideDecoderAvailable())
+        return DecodeWide(text, length, dataName, entries);
+#else
+    (void)decoder;
+#endif
+    return DecodePortable(text, length, dataName, entries);
 }
 
 } // namespace catfs

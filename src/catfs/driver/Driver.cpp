@@ -81,7 +81,8 @@ struct CatFind
         std::string text;
     };
     std::vector<Token> tokens;
-    bool all = false; // the pattern is "*": every entry matches
+    bool all = false;                  // the pattern is "*": every entry matches
+    uint64_t checkedAt = ~uint64_t(0); // g_archiveRemovals when the handle was last found valid
 };
 
 namespace {
@@ -91,6 +92,9 @@ using namespace catfs;
 // Every live object in order of creation; the tables are those with inTable
 // set, so that look-ups run in order of insertion.
 std::list<std::unique_ptr<CatArchive>> g_archives;
+// Counts archives taken out of the table: a search that was checked since
+// the last removal still has its archive.
+uint64_t g_archiveRemovals = 0;
 std::list<std::unique_ptr<CatFileObject>> g_objects;
 std::unordered_set<const CatFile*> g_files;
 std::unordered_set<const CatArchiveHandle*> g_archiveHandles;
@@ -174,6 +178,7 @@ uint32_t ReleaseArchive(CatArchive* archive)
         return CatErrNone;
     const uint32_t code = archive->writeIfDirty();
     g_archives.remove_if([archive](const auto& held) { return held.get() == archive; });
+    ++g_archiveRemovals;
     return code;
 }
 
@@ -535,27 +540,44 @@ bool MatchPattern(const std::vector<CatFind::Token>& tokens, size_t t, std::stri
     return name.empty();
 }
 
-inline bool FindFrom(CatFind* find, CatFindData* data)
+void CopyFound(const CatArchive& archive, const CatEntry& entry, CatFindData* data)
+{
+    const std::string_view name = archive.name(entry);
+    // Short names are copied as one fixed block, which the compiler turns
+    // into a few vector moves instead of a string copy.
+    if (name.size() < 64 && name.data() + 64 <= archive.nameStoreEnd()) {
+        std::memcpy(data->name, name.data(), 64);
+        data->name[name.size()] = '\0';
+    } else {
+        CopyName(data->name, name);
+    }
+    data->size = entry.size;
+}
+
+__attribute__((noinline)) bool FindMatching(CatFind* find, CatFindData* data)
 {
     const auto& entries = find->archive->entries();
     for (; find->next < entries.size(); ++find->next) {
         const CatEntry& entry = entries[find->next];
-        const std::string_view name = find->archive->name(entry);
-        if (find->all || MatchPattern(find->tokens, 0, name)) {
-            // Short names are copied as one fixed block, which the compiler
-            // turns into a few vector moves instead of a string copy.
-            if (name.size() < 64 && name.data() + 64 <= find->archive->nameStoreEnd()) {
-                std::memcpy(data->name, name.data(), 64);
-                data->name[name.size()] = '\0';
-            } else {
-                CopyName(data->name, name);
-            }
-            data->size = entry.size;
+        if (MatchPattern(find->tokens, 0, find->archive->name(entry))) {
+            CopyFound(*find->archive, entry, data);
             ++find->next;
             return true;
         }
     }
     return false;
+}
+
+// The pattern "*" takes the next entry without a loop: the common listing.
+inline bool FindFrom(CatFind* find, CatFindData* data)
+{
+    if (!find->all)
+        return FindMatching(find, data);
+    const auto& entries = find->archive->entries();
+    if (find->next >= entries.size())
+        return false;
+    CopyFound(*find->archive, entries[find->next++], data);
+    return true;
 }
 
 } // namespace
@@ -984,15 +1006,20 @@ CatFind* CatFindFirst(CatArchiveHandle* handle, const char* pattern, CatFindData
 bool CatFindNext(CatFind* find, CatFindData* data)
 {
     ClearError();
-    if (!find || (find != g_lastFind && !g_finds.count(find)) || !ArchiveAlive(find->archive)) {
-        Fail(CatErrInvalidHandle);
-        return false;
+    // A listing calls this once an entry: the handle of the previous call,
+    // with no archive gone since, needs no look-up in the tables.
+    if (!find || find != g_lastFind || find->checkedAt != g_archiveRemovals) {
+        if (!find || !g_finds.count(find) || !ArchiveAlive(find->archive)) {
+            Fail(CatErrInvalidHandle);
+            return false;
+        }
+        find->checkedAt = g_archiveRemovals;
+        g_lastFind = find;
     }
     if (!data) {
         Fail(CatErrBadFlags);
         return false;
     }
-    g_lastFind = find;
     return FindFrom(find, data);
 }
 
