@@ -540,7 +540,8 @@ bool MatchPattern(const std::vector<CatFind::Token>& tokens, size_t t, std::stri
     return name.empty();
 }
 
-void CopyFound(const CatArchive& archive, const CatEntry& entry, CatFindData* data)
+__attribute__((always_inline)) inline void CopyFound(const CatArchive& archive, const CatEntry& entry,
+                                                     CatFindData* data)
 {
     const std::string_view name = archive.name(entry);
     // Short names are copied as one fixed block, which the compiler turns
