@@ -171,6 +171,7 @@ private slots:
     void agreesWithTheLineRules();
     void sizesOfEveryDigitCount();
     void lineWithoutBlankBehindOneWithBlanks();
+    void blocksFullOfLineEnds();
 };
 
 void TestCatalogText::agreesWithTheLineRules()
@@ -234,6 +235,23 @@ void TestCatalogText::lineWithoutBlankBehindOneWithBlanks()
             for (CatalogDecoder decoder : {CatalogDecoder::Best, CatalogDecoder::Portable})
                 QCOMPARE(FastDecode(text, decoder).code, uint32_t(CatErrBadData));
         }
+    }
+}
+
+void TestCatalogText::blocksFullOfLineEnds()
+{
+    // Up to 64 line ends in one 64-byte block: tiny entries and runs of
+    // empty lines, over several pieces.
+    std::string plain = "x.dat\n";
+    for (int i = 0; i < 3000; ++i)
+        plain += i % 7 == 0 ? std::string(size_t(i % 130), '\n') : std::string("a ") + char('0' + i % 10) + "\n";
+    const std::string text = Scramble(plain);
+    const Decoded expected = ReferenceDecode(text);
+    QCOMPARE(expected.code, uint32_t(CatErrNone));
+    for (CatalogDecoder decoder : {CatalogDecoder::Best, CatalogDecoder::Portable}) {
+        const Decoded got = FastDecode(text, decoder);
+        QCOMPARE(got.code, expected.code);
+        QCOMPARE(got.entries, expected.entries);
     }
 }
 

@@ -167,6 +167,63 @@ bool ParseDigitsBefore(const char* end, size_t count, uint32_t& value)
     return true;
 }
 
+// Lists the line ends of a piece's blocks in order, as positions from the
+// piece's start, and returns how many there are. `out` needs room for 64
+// more than that.
+using LineEndGather = size_t (*)(const BlockMasks& masks, size_t blocks, int32_t* out);
+
+size_t GatherEndsPortable(const BlockMasks& masks, size_t blocks, int32_t* out)
+{
+    size_t count = 0;
+    for (size_t b = 0; b < blocks; ++b) {
+        uint64_t ends = masks.lineEnds[b];
+        const uint32_t base = uint32_t(64 * b);
+        // Four at a time without a branch (a slot behind the last is
+        // overwritten later); only blocks of short lines hold more.
+        for (int i = 0; i < 4; ++i) {
+            out[count] = int32_t(base + uint32_t(std::countr_zero(ends)));
+            count += ends != 0;
+            ends &= ends - 1;
+        }
+        for (; ends; ends &= ends - 1)
+            out[count++] = int32_t(base + uint32_t(std::countr_zero(ends)));
+    }
+    return count;
+}
+
+#if HW_CATALOG_WIDE_DECODER
+// The same by compressing the byte positions 0..63 of a block with its mask:
+// the first sixteen line ends of the block in one step.
+__attribute__((target(HW_WIDE_TARGET ",avx512vbmi2"))) size_t GatherEndsWide(const BlockMasks& masks,
+                                                                             size_t blocks, int32_t* out)
+{
+    alignas(64) static constexpr uint8_t kPositions[64] = {
+        0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21,
+        22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43,
+        44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 63};
+    const __m512i positions = _mm512_load_si512(kPositions);
+    size_t count = 0;
+    for (size_t b = 0; b < blocks; ++b) {
+        const uint64_t ends = masks.lineEnds[b];
+        const __m512i packed = _mm512_maskz_compress_epi8(ends, positions);
+        const __m512i base = _mm512_set1_epi32(int32_t(64 * b));
+        _mm512_storeu_si512(out + count,
+                            _mm512_add_epi32(_mm512_cvtepu8_epi32(_mm512_castsi512_si128(packed)), base));
+        const size_t lines = size_t(std::popcount(ends));
+        if (lines > 16) [[unlikely]] { // a block of very short lines
+            const __m128i parts[3] = {_mm512_extracti32x4_epi32(packed, 1),
+                                      _mm512_extracti32x4_epi32(packed, 2),
+                                      _mm512_extracti32x4_epi32(packed, 3)};
+            for (size_t part = 0; 16 * (part + 1) < lines; ++part)
+                _mm512_storeu_si512(out + count + 16 * (part + 1),
+                                    _mm512_add_epi32(_mm512_cvtepu8_epi32(parts[part]), base));
+        }
+        count += lines;
+    }
+    return count;
+}
+#endif
+
 // The nearest blank before the line end at `local` of the piece in this
 // block or the one before it; false when there is none in either.
 __attribute__((always_inline)) inline bool NearestBlank(size_t pieceStart, size_t local,
@@ -183,7 +240,7 @@ __attribute__((always_inline)) inline bool NearestBlank(size_t pieceStart, size_
 // The lines of one piece, positions counted from the piece's start.
 struct PlainLines
 {
-    int32_t ends[kPiece + 16];   // [0]: the line end before the piece; [1 + i]: the end of line i
+    int32_t ends[kPiece + 80];   // [0]: the line end before the piece; [1 + i]: the end of line i
     int32_t blanks[kPiece + 16]; // the blank of line i
     uint64_t sizes[kPiece + 16]; // its size
 };
@@ -313,24 +370,11 @@ public:
     // The lines that end in the piece at `pieceStart` whose masks are
     // `masks`. The line ends are first gathered into a list, so that the
     // loop over the lines does not branch on how they fall into blocks.
-    template <PlainAnalysis Analyse>
+    template <PlainAnalysis Analyse, LineEndGather Gather>
     __attribute__((always_inline)) uint32_t piece(size_t pieceStart, size_t blocks, const BlockMasks& masks)
     {
         int32_t* const lineEnds = m_plain->ends + 1; // [0] is for the line end before the piece
-        size_t count = 0;
-        for (size_t b = 0; b < blocks; ++b) {
-            uint64_t ends = masks.lineEnds[b];
-            const uint32_t base = uint32_t(64 * b);
-            // Four at a time without a branch (a slot behind the last is
-            // overwritten later); only blocks of short lines hold more.
-            for (int i = 0; i < 4; ++i) {
-                lineEnds[count] = int32_t(base + uint32_t(std::countr_zero(ends)));
-                count += ends != 0;
-                ends &= ends - 1;
-            }
-            for (; ends; ends &= ends - 1)
-                lineEnds[count++] = int32_t(base + uint32_t(std::countr_zero(ends)));
-        }
+        const size_t count = Gather(masks, blocks, lineEnds);
         if (m_entries.size() < m_cursor.count + count)
             m_entries.resize(std::max(m_entries.size() * 2, m_cursor.count + count));
         if (!m_cursor.first && plainPiece<Analyse>(pieceStart, count, masks))
@@ -450,7 +494,8 @@ namespace {
 
 // The whole decoding, inlined into each variant so that every step is
 // compiled for that variant's instruction set.
-template <void (*DecodePiece)(char*, size_t, size_t, const uint8_t*, BlockMasks&), PlainAnalysis Analyse>
+template <void (*DecodePiece)(char*, size_t, size_t, const uint8_t*, BlockMasks&), LineEndGather Gather,
+          PlainAnalysis Analyse>
 __attribute__((always_inline)) inline uint32_t DecodeWith(char* text, size_t length, std::string& dataName,
                                                           CatEntryList& entries)
 {
@@ -473,7 +518,7 @@ __attribute__((always_inline)) inline uint32_t DecodeWith(char* text, size_t len
             masks.lineEnds[blocks - 1] &= (uint64_t(1) << tail) - 1;
             masks.blanks[blocks] &= (uint64_t(1) << tail) - 1;
         }
-        const uint32_t code = splitter->template piece<Analyse>(piece, blocks, masks);
+        const uint32_t code = splitter->template piece<Analyse, Gather>(piece, blocks, masks);
         if (code != CatErrNone)
             return code;
         masks.blanks[0] = masks.blanks[blocks];
@@ -483,14 +528,15 @@ __attribute__((always_inline)) inline uint32_t DecodeWith(char* text, size_t len
 
 uint32_t DecodePortable(char* text, size_t length, std::string& dataName, CatEntryList& entries)
 {
-    return DecodeWith<DecodePiecePortable, AnalysePortable>(text, length, dataName, entries);
+    return DecodeWith<DecodePiecePortable, GatherEndsPortable, AnalysePortable>(text, length, dataName,
+                                                                                entries);
 }
 
 #if HW_CATALOG_WIDE_DECODER
 __attribute__((target(HW_WIDE_TARGET))) uint32_t DecodeWide(char* text, size_t length, std::string& dataName,
                                                             CatEntryList& entries)
 {
-    return DecodeWith<DecodePieceWide, AnalyseWide>(text, length, dataName, entries);
+    return DecodeWith<DecodePieceWide, GatherEndsWide, AnalyseWide>(text, length, dataName, entries);
 }
 #endif
 
