@@ -1,11 +1,16 @@
 // Timings of saving and opening ship packages against the reference tools,
 // measured in the same run, and the peak memory of an open.
 //
-//     bench_package [--dir DIR] [--reps N] [--only save|open|memory]
+//     bench_package [--dir DIR] [--reps N] [--only save|open|memory] [--corpus DIR]
 //
-//  save:   a package of a 50 MB payload (text models and packed, incompressible
-//          files) written and compressed, against "lzma_alone e" of the same
-//          stream with the package settings: time and size as ratios.
+//  save:   a package of a 50 MB payload written and compressed, against
+//          "lzma_alone e" of the same stream with the package settings: time
+//          and size as ratios. The payload is what the writer puts into a real
+//          package: models packed by the game's deflate (incompressible to
+//          LZMA; random bytes stand for them) and game text files. The text
+//          files are the real ones of the corpus beside the repository when
+//          it is there (--corpus DIR), generated model and script text
+//          otherwise; which ones were used is printed.
 //  open:   that package read and unpacked, against "xz --format=lzma -dc" of
 //          it into a file: time as a ratio.
 //  memory: the peak resident memory of a child process that opens a 200 MB
@@ -84,28 +89,92 @@ bool WriteFile(const QString& path, const QByteArray& bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-// A record whose files sum to `textBytes` of models and `packedBytes` of packed files.
-ShipPackage MakeShip(const QString& dir, qint64 textBytes, qint64 packedBytes)
+QByteArray ReadFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Script text as the game's script editor writes it.
+QByteArray ScriptText(qint64 size, quint32 seed)
+{
+    static const char* const words[] = {"ship",   "sector", "station", "laser",
+                                        "shield", "dock",   "trade",   "jump"};
+    QRandomGenerator random(seed);
+    QByteArray text = "<?xml version=\"1.0\" standalone=\"yes\"?>\n<script>\n<codearray>\n";
+    while (text.size() < size) {
+        switch (random.bounded(3)) {
+        case 0:
+            text +=
+                "<sval type=\"int\" val=\"" + QByteArray::number(random.bounded(-100000, 100000)) + "\"/>\n";
+            break;
+        case 1:
+            text += QByteArray("<sval type=\"string\" val=\"") + words[random.bounded(8)] + "." +
+                    words[random.bounded(8)] + "\"/>\n";
+            break;
+        default:
+            text += "<sval type=\"array\" size=\"" + QByteArray::number(random.bounded(1, 9)) +
+                    "\"><sval type=\"int\" val=\"" + QByteArray::number(random.bounded(1000)) +
+                    "\"/></sval>\n";
+            break;
+        }
+    }
+    text.truncate(size);
+    return text;
+}
+
+// The game text files of the payload: the corpus's language file, ship table
+// and scene when `corpus` holds them, generated text of about the same size
+// otherwise. Returns the total size.
+qint64 AddGameText(ShipPackage& record, const QString& dir, const QString& corpus)
+{
+    const QStringList corpusFiles{"x3tc/t/0001-L044.xml", "x3tc/types/TShips.txt",
+                                  "x3tc/objects/cut/00749.bod"};
+    QList<QPair<QString, QByteArray>> files;
+    for (const QString& name : corpusFiles) {
+        const QByteArray bytes = corpus.isEmpty() ? QByteArray() : ReadFile(corpus + "/" + name);
+        if (bytes.isEmpty()) {
+            files.clear();
+            break;
+        }
+        files.append({name.section('/', 1), bytes});
+    }
+    if (files.isEmpty()) {
+        files.append({"t/440001.xml", ScriptText(3600000, 11)});
+        files.append({"types/TShips.txt", ModelText(340000, 12)});
+        files.append({"objects/cut/00749.bod", ModelText(150000, 13)});
+        std::printf("text         generated (no corpus found)\n");
+    } else {
+        std::printf("text         the corpus files in %s\n", qPrintable(corpus));
+    }
+    qint64 total = 0;
+    for (const auto& [name, bytes] : files) {
+        const QString path = dir + "/" + QFileInfo(name).fileName();
+        WriteFile(path, bytes);
+        record.Files.append(FileEntry{1700000000, 0, path, name, false});
+        total += bytes.size();
+    }
+    return total;
+}
+
+// A record of `payloadBytes` of files: with `corpus` set the game text files
+// (see AddGameText), the rest packed models.
+ShipPackage MakeShip(const QString& dir, qint64 payloadBytes, const QString* corpus)
 {
     ShipPackage record;
     record.Name = "Bench Ship";
     record.Author = "Bench";
     record.ID = "SS_SH_BENCH";
     record.Data = QString("1;").repeated(70) + "SS_SH_BENCH";
+    const qint64 textBytes = corpus ? AddGameText(record, dir, *corpus) : 0;
     const qint64 piece = 5 * kMiB;
     int index = 0;
-    for (qint64 done = 0; done < textBytes; done += piece, ++index) {
-        const QString path = dir + QString("/model%1.pbd").arg(index);
-        WriteFile(path, ModelText(std::min(piece, textBytes - done), quint32(index + 1)));
-        record.Models.append(
-            FileEntry{1700000000, 0, path, QString("objects/ships/model%1.pbd").arg(index), false});
-    }
-    for (qint64 done = 0; done < packedBytes; done += piece, ++index) {
-        const QString path = dir + QString("/packed%1.pbb").arg(index);
-        const qint64 size = std::min(piece, packedBytes - done);
+    for (qint64 done = textBytes; done < payloadBytes; done += piece, ++index) {
+        const QString path = dir + QString("/model%1.pbb").arg(index);
+        const qint64 size = std::min(piece, payloadBytes - done);
         WriteFile(path, Incompressible(size, quint32(index)));
-        record.Files.append(
-            FileEntry{1700000000, 0, path, QString("objects/packed%1.pbb").arg(index), false});
+        record.Models.append(
+            FileEntry{1700000000, 0, path, QString("objects/ships/model%1.pbb").arg(index), false});
     }
     return record;
 }
@@ -156,10 +225,10 @@ bool OpenShip(const QString& package, const QString& target)
     return ReadPackage(file, target, record, "Scripts", false).ok;
 }
 
-void BenchSave(const QString& dir, int reps)
+void BenchSave(const QString& dir, int reps, const QString& corpus)
 {
     const QString lzmaAlone = QStandardPaths::findExecutable("lzma_alone");
-    const ShipPackage record = MakeShip(dir, 20 * kMiB, 30 * kMiB);
+    const ShipPackage record = MakeShip(dir, 50 * kMiB, &corpus);
     const double ours = BestSeconds(reps, [&] { return SaveShip(record, dir, dir + "/ours.xsp"); });
     Check(ours > 0, "save");
 
@@ -183,11 +252,11 @@ void BenchSave(const QString& dir, int reps)
                 theirSize, ourSize - theirSize);
 }
 
-void BenchOpen(const QString& dir, int reps)
+void BenchOpen(const QString& dir, int reps, const QString& corpus)
 {
     const QString xz = QStandardPaths::findExecutable("xz");
     if (!QFileInfo::exists(dir + "/ours.xsp")) {
-        const ShipPackage record = MakeShip(dir, 20 * kMiB, 30 * kMiB);
+        const ShipPackage record = MakeShip(dir, 50 * kMiB, &corpus);
         Check(SaveShip(record, dir, dir + "/ours.xsp"), "save for open");
     }
     const double ours = BestSeconds(reps, [&] { return OpenShip(dir + "/ours.xsp", dir + "/opened"); });
@@ -206,9 +275,9 @@ void BenchOpen(const QString& dir, int reps)
 void BenchMemory(const QString& dir)
 {
     // Packed, incompressible files: the package is as large as its payload.
-    const ShipPackage record = MakeShip(dir, 0, 200 * kMiB);
+    const ShipPackage record = MakeShip(dir, 200 * kMiB, nullptr);
     Check(SaveShip(record, dir, dir + "/big.xsp"), "save of the 200 MB package");
-    for (const FileEntry& file : record.Files)
+    for (const FileEntry& file : record.Models)
         QFile::remove(file.LocalPath);
 
     // A fresh process of this program does the open, so that nothing of the
@@ -243,6 +312,7 @@ int main(int argc, char* argv[])
     QString base = QDir::tempPath();
     int reps = 1;
     QString only;
+    QString corpus = HW_CORPUS_DIR;
     const QStringList args = app.arguments();
     for (int i = 1; i + 1 < args.size(); i += 2) {
         if (args[i] == "--dir")
@@ -251,6 +321,8 @@ int main(int argc, char* argv[])
             reps = std::max(1, args[i + 1].toInt());
         else if (args[i] == "--only")
             only = args[i + 1];
+        else if (args[i] == "--corpus")
+            corpus = args[i + 1];
     }
     QTemporaryDir dir(base + "/bench_package-XXXXXX");
     if (!dir.isValid()) {
@@ -258,9 +330,9 @@ int main(int argc, char* argv[])
         return 1;
     }
     if (only.isEmpty() || only == "save")
-        BenchSave(dir.path(), reps);
+        BenchSave(dir.path(), reps, corpus);
     if (only.isEmpty() || only == "open")
-        BenchOpen(dir.path(), reps);
+        BenchOpen(dir.path(), reps, corpus);
     if (only.isEmpty() || only == "memory")
         BenchMemory(dir.path());
     std::fflush(stdout);

@@ -18,7 +18,8 @@ constexpr uint64_t kDecoderMemoryLimit = uint64_t(512) << 20;
 constexpr int kLargestPropertiesByte = 9 * 5 * 5 - 1;
 
 // The package settings: lc 3, lp 0, pb 2, 2 MiB dictionary, 128 fast bytes,
-// BT4 and the normal mode, no end marker behind the data.
+// BT4 and the normal mode, no end marker behind the data. Only the first
+// three and the dictionary size are recorded in the stream.
 bool PackageEncoderOptions(lzma_options_lzma& options)
 {
     if (lzma_lzma_preset(&options, 6))
@@ -30,7 +31,11 @@ bool PackageEncoderOptions(lzma_options_lzma& options)
     options.nice_len = 128;
     options.mf = LZMA_MF_BT4;
     options.mode = LZMA_MODE_NORMAL;
-    options.depth = 0; // the match finder's default cut value for these settings
+    // Twice the match finder's usual cut value for these settings (80): the
+    // deeper search finds longer matches in game text (language files,
+    // scenes) and makes those packages smaller, at no measurable cost in
+    // time; packed models and pictures compress the same either way.
+    options.depth = 160;
     options.ext_flags = 0;
     options.ext_size_low = UINT32_MAX;
     options.ext_size_high = UINT32_MAX;

@@ -84,6 +84,7 @@ private slots:
     void notAPackage();
     void lzmaLayoutAndRoundTrip();
     void interopWithTheReferenceTool();
+    void gameTextPacksNoLargerThanTheReference();
     void failedCompressionKeepsTheTarget();
     void blocksAreCopiedInPieces();
 };
@@ -427,6 +428,27 @@ void TestPackageFormat::interopWithTheReferenceTool()
     read = ReadPackageFile(dir.filePath("stream.lzma"), dir.filePath("out2"));
     QVERIFY(read.result.ok);
     QCOMPARE(ReadFile(dir.filePath("out2/objects/m.pbb")), ReadFile(dir.filePath("src/model.pbb")));
+}
+
+void TestPackageFormat::gameTextPacksNoLargerThanTheReference()
+{
+    // The encoder searches deeper than the reference does by default, which
+    // pays on the game's own text: a language file and a scene.
+    const QString lzmaAlone = Tool("lzma_alone");
+    const QString corpus = qEnvironmentVariable("HW_CORPUS_DIR");
+    if (lzmaAlone.isEmpty() || corpus.isEmpty() || !QDir(corpus).exists())
+        QSKIP("needs lzma_alone and the corpus");
+    QTemporaryDir dir;
+    for (const QString& name : {QString("x3tc/t/0001-L044.xml"), QString("x3tc/objects/cut/00749.bod")}) {
+        const QString source = corpus + "/" + name;
+        QVERIFY(CompressFile(source, dir.filePath("ours")));
+        QVERIFY(RunTool(lzmaAlone, {"e", source, dir.filePath("theirs"), "-d21", "-fb128", "-mfbt4", "-lc3",
+                                    "-lp0", "-pb2"}));
+        const qint64 ours = QFileInfo(dir.filePath("ours")).size();
+        const qint64 theirs = QFileInfo(dir.filePath("theirs")).size();
+        QVERIFY2(ours <= theirs,
+                 qPrintable(QString("%1: %2 bytes, reference %3").arg(name).arg(ours).arg(theirs)));
+    }
 }
 
 void TestPackageFormat::failedCompressionKeepsTheTarget()
