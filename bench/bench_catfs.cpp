@@ -32,7 +32,7 @@ constexpr size_t kTextBytes = 20u << 20; // text for packing
 constexpr int kCatalogEntries = 100000;  // entries of the listed catalog
 constexpr size_t kBigEntry = 16u << 20;  // entries of the big .dat
 constexpr int kBigEntries = 64;          // 64 x 16 MiB = 1 GiB
-constexpr size_t kMoveBuffer = 20480000; // the driver's tail transfer buffer
+constexpr size_t kMoveBuffer = 20480000; // the reference copies the tail through one large buffer
 
 int g_failures = 0;
 
