@@ -10,7 +10,6 @@ packages=(
   xvfb xauth xdotool x11-utils
   lzma-alone xz-utils gzip
   fonts-dejavu-core
-  libbenchmark-dev
 )
 
 missing=()
