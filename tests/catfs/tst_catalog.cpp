@@ -395,7 +395,35 @@ void TestCatalog::listingPatterns()
     CatFindData data;
     QVERIFY(!CatFindFirst(archive, "*.bob", &data));
     QCOMPARE(CatLastError(), uint32_t(CatErrNone));
+
+    // Two searches taking turns each go on from their own place.
+    CatFindData other;
+    CatFind* all = CatFindFirst(archive, "*", &data);
+    CatFind* packed = CatFindFirst(archive, "*.pck", &other);
+    QVERIFY(all && packed);
+    QCOMPARE(QByteArray(data.name), QByteArray("types\\TShips.pck"));
+    QCOMPARE(QByteArray(other.name), QByteArray("types\\TShips.pck"));
+    QVERIFY(CatFindNext(all, &data));
+    QVERIFY(CatFindNext(packed, &other));
+    QCOMPARE(QByteArray(data.name), QByteArray("types\\TLaser.txt"));
+    QCOMPARE(QByteArray(other.name), QByteArray("t\\440001.pck"));
+    QCOMPARE(other.size, 3u);
+    QVERIFY(!CatFindNext(packed, &other));
+    QVERIFY(CatFindClose(packed));
+
+    // Bad calls are refused with their codes, and the search goes on after them.
+    QVERIFY(!CatFindNext(nullptr, &data));
+    QCOMPARE(CatLastError(), uint32_t(CatErrInvalidHandle));
+    QVERIFY(!CatFindNext(all, nullptr));
+    QCOMPARE(CatLastError(), uint32_t(CatErrBadFlags));
+    QVERIFY(CatFindNext(all, &data));
+    QCOMPARE(QByteArray(data.name), QByteArray("t\\440001.pck"));
+
+    // A search whose catalog has gone is a dead handle.
     QVERIFY(CatCloseArchive(archive));
+    QVERIFY(!CatFindNext(all, &data));
+    QCOMPARE(CatLastError(), uint32_t(CatErrInvalidHandle));
+    QVERIFY(CatFindClose(all));
 }
 
 void TestCatalog::largeCatalogLoadsAndLists()

@@ -546,7 +546,7 @@ __attribute__((always_inline)) inline void CopyFound(const CatArchive& archive, 
     const std::string_view name = archive.name(entry);
     // Short names are copied as one fixed block, which the compiler turns
     // into a few vector moves instead of a string copy.
-    if (name.size() < 64 && name.data() + 64 <= archive.nameStoreEnd()) {
+    if (name.size() < 64 && name.data() + 64 <= archive.nameStoreEnd()) [[likely]] {
         std::memcpy(data->name, name.data(), 64);
         data->name[name.size()] = '\0';
     } else {
@@ -1004,11 +1004,12 @@ CatFind* CatFindFirst(CatArchiveHandle* handle, const char* pattern, CatFindData
         nullptr);
 }
 
-bool CatFindNext(CatFind* find, CatFindData* data)
+namespace {
+
+// CatFindNext for a handle that is not the previous call's, or a pattern
+// other than "*": the handle is checked against the tables.
+__attribute__((noinline)) bool FindNextChecked(CatFind* find, CatFindData* data)
 {
-    ClearError();
-    // A listing calls this once an entry: the handle of the previous call,
-    // with no archive gone since, needs no look-up in the tables.
     if (!find || find != g_lastFind || find->checkedAt != g_archiveRemovals) {
         if (!find || !g_finds.count(find) || !ArchiveAlive(find->archive)) {
             Fail(CatErrInvalidHandle);
@@ -1022,6 +1023,24 @@ bool CatFindNext(CatFind* find, CatFindData* data)
         return false;
     }
     return FindFrom(find, data);
+}
+
+} // namespace
+
+bool CatFindNext(CatFind* find, CatFindData* data)
+{
+    ClearError();
+    // A listing calls this once an entry with the pattern "*": the handle of
+    // the previous call, with no archive gone since, needs no look-up in the
+    // tables, and the next entry is simply the one behind.
+    if (find && find == g_lastFind && find->checkedAt == g_archiveRemovals && data && find->all) [[likely]] {
+        const auto& entries = find->archive->entries();
+        if (find->next >= entries.size())
+            return false;
+        CopyFound(*find->archive, entries[find->next++], data);
+        return true;
+    }
+    return FindNextChecked(find, data);
 }
 
 bool CatFindClose(CatFind* find)
