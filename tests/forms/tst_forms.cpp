@@ -1,5 +1,4 @@
-// Tests of the forms: every widget that working classes use, under its name and kind, the
-// captions and their restoration, the main window's actions, menus and tool
+// Tests of the forms: the captions and their restoration, the main window's actions, menus and tool
 // bar, the order of tabs, the sorting of list views, the pictures, and the
 // connections from buttons and actions to the slots that working classes
 // override.
@@ -72,117 +71,6 @@ const std::vector<FormInfo>& allForms()
         {"WizardText", factory<WizardText>(), "Form1"},
     };
     return forms;
-}
-
-// Widgets of each form by object name, in their order of creation: the
-// working classes reach them by these names.
-const std::vector<std::pair<const char*, const char*>> FormWidgets = {
-    {"CreateShip",
-     "ButLoad ButImport ButCustom ButBalance TabData TabMain LineID LabelAuthor LineAuthor "
-     "LabelVersion LineVersion LineName CheckLangText LabelShipName LabelShipID "
-     "CheckExistingShip GroupShipyard CheckArgon CheckBoron CheckParanid CheckTeladi CheckSplit "
-     "CheckPirate CheckFriend CheckXenon TabUpdate LabelWeb LabelMirror1 LabelMirror2 LineWeb "
-     "LineMirror1 LineMirror2 TabText CheckExisting SpinOrgDesc ListText TabScene "
-     "LabelShipScene LineShipScene LabelCockpitScene LineCockpitScene LineSceneFile "
-     "ButSceneFile LineSceneFileCp ButSceneFileCp ButShipClear ButCockpitClear TabModel "
-     "FrameList TabOther FrameOther TabDummy ButDummy ListDummy TabComp ButComp ListComp "
-     "TCockpits ButLoadCockpit ListCockpit TabScripts LabelScripts FrameScripts TabExtra "
-     "LabelScreen LineScreen ButScreen LabelComment TextComment TabRaw ButSave ButSaveAs "
-     "ButClose TextRaw MenuBar "},
-    {"ConfigDialog",
-     "LabelLang ComboLang LabelDir ComboDir ButDir CheckPrefix CheckWeb CheckText CheckTextT "
-     "GroupDefaults LabelDefAuthor LineDefAuthor LineDefWeb LabelDefWeb LineDefMirror1 "
-     "LabelDefMirror1 LabelDefMirror2 LineDefMirror2 GroupDir LabelDirMod LineDirType "
-     "LineDirSave LineDirModel LineDirMod LabelDirModel LabelDirType ButDirMod ButDirType "
-     "ButDirSave ButDirModel LabelDirSave LabelDirText LineDirText LineDirScript ButDirScript "
-     "LabelDirScript ButDirText GroupBob LabelBob CheckX2bc FrameX2bc LabelX2bc LineDirX2bc "
-     "ButDirX2bc ButDone ButCancel "},
-    {"ConfigShip",
-     "LabelDir ComboDir ButDir LabelLang ComboLang TabConfig TabInfo ComboRace ComboVariation "
-     "LabelRace LabelVari LabelClass ComboClass LabelDocking SpinDocking GroupCargo "
-     "SpinCargoMax SpinCargoMin LabelCargoMax LabelCargoMin LabelCargo ComboCargo GroupPrice "
-     "LabelPriceP LabelPriceN SpinPriceP SpinPriceN GroupNot SpinNot LabelNotPreset LabelNot "
-     "ComboNotPreset TabMove GroupSpeed LineSpeedMin LabelSpeed LabelSpeedMin SpinSpeedMin "
-     "LabelSpeedMax LabelAccel SpinAccel LineSpeedMax2 SpinSpeed LineSpeedMax LineAccel "
-     "GroupTurning LabelYaw DialYaw LineYaw1 LineYaw2 ButYawUp ButYawDown LabelPitch DialPitch "
-     "LinePitch1 LinePitch2 ButPitchUp ButPitchDown LabelRoll DialRoll LineRoll1 LineRoll2 "
-     "ButRollUp ButRollDown LabelRudder SpinRudder TabWeapon GroupShield LabelShield "
-     "ComboShield SpinShield LabelMaxShield SpinHull LabelHull GroupWeapon LabelReactor "
-     "SpinReactor SpinEnergy LabelEnergy LabelRecharge LineRecharge LabelMissile SpinMissile "
-     "LineRechargeT LabelDelay SpinDelay TabModel GroupId LabelBodyFile LabelPicture LabelVideo "
-     "SpinPicture SpinVideo LineBodyFile GroupEngine SpinEEffect SpinEGlowEffect SpinESound "
-     "LabelEEffect LabelEGlowEffect LabelESound GroupSound SpinSMin SpinSMax LabelSMin "
-     "LabelSMax GroupExplode SpinExDef SpinExBodyDef SpinExParticle LabelExDef LabelExBodyDef "
-     "LabelExParticle TabLasers GroupLasers ListLasers LineLasers TabCockpit LabelMainCockpit "
-     "ComboMainCockpit ListTurrets ButTurretAdd ButTurretRemove GroupCockpit RadioStdCockpit "
-     "RadioCustCockpit ButNewCockpit ComboCustCockpit FrameCockpitScene LabelCockpitScene "
-     "LineCockpitScene ListCockpitWeapon ComboStdCockpit ButCopy TabGuns ListGuns ListGuns2 "
-     "ButAddGun ButRemoveGun TabWigGuns TabAuto LabelASecondary LabelAPrimary ComboATPrimary "
-     "ComboATSecondary TabManual LabelMPrimary LabelMSecondary LinePrimary LineSecondary "
-     "SpinPrimary SpinSecondary ButUpdate ButDone ButCancel "},
-    {"CreateProfile",
-     "LabelProfile LineProfile ComboClass LabelClass ComboVariant LabelVariant LabelMaxSpeed "
-     "SpinSpeedMin SpinSpeedMax SpinAccelMin LabelMaxAccel SpinAccelMax LabelMinSpeed "
-     "LabelMinAccel LabelMinTurn SpinTurnMin LabelMaxTurn SpinTurnMax LabelMaxTuning "
-     "SpinTuningMax LabelMinTuning SpinTuningMin LabelMinRecharge SpinWeaponMin SpinRechargeMax "
-     "LabelMaxRecharge SpinWeaponMax SpinRechargeMin LabelMinWeapon LabelMaxWeapon "
-     "LabelMaxCargo LabelCargoDiff LabelCargoAvg LabelMinCargo SpinCargoMin SpinCargoAvg "
-     "SpinCargoMax SpinCargoDiff LabelMaxShield LabelMinShield SpinShieldMin SpinShieldMax "
-     "ComboMinShield ComboMaxShield LabelMaxReactor LabelMaxHull LabelMinHull LabelMinReactor "
-     "SpinReactorMin SpinHullMin SpinReactorMax SpinHullMax ButImport ButSave ButCancel "},
-    {"ManageProfile", "ListProfile ButCreateNew ButClose "},
-    {"ShipBalance",
-     "GroupOptions CheckAuto RadioEqual RadioLowest RadioHighest GroupBalance LabelSpeed "
-     "SliderSpeed LabelAccel SliderAccel LabelReactor SliderReactor LineSpeed LineAccel "
-     "LineReactor LabelWeapons SliderWeapons LineWeapon SliderWeapRecharge LineWeapRecharge "
-     "LabelRecharge SliderShields LabelCargo LineShields LabelShield SliderCargo LineCargo "
-     "LineHull LabelHull SliderHull SliderTurning LineTurning LabelTurning ButDetail ButAverage "
-     "ButBalance LabelAverage LineAverage ButDone ButCancel "},
-    {"DBalanceValues",
-     "GroupSpeed LabelSpeedMin LineSpeedMin LabelSpeedMax LineSpeedMax LabelTuning LineTuning "
-     "GroupTurning LabelYaw LineYaw LabelPitch LinePitch LabelRoll LineRoll GroupWeapons "
-     "LabelEnergy LineWeapons LabelRecharge LineRecharge LabelReactor LineReactor GroupCargo "
-     "LabelCargoMin LineCargoMin LabelCargoMax LineCargoMax GroupDefence LabelShieldType "
-     "LineShieldType LabelShield LineShieldAmt LabelHull LineHull "},
-    {"SelectShip", "ButOpen ListShips ButSelect ButClose "},
-    {"DSelectVariant", "ListVariant ButDone ButCancel "},
-    {"ImportDummy", "ListDummy ButDone ButCancel "},
-    {"LanguageText", "SpinLang LabelNumber LabelName LabelDesc LineName TextDesc ButOk ButCancel "},
-    {"WizardShip", "ListShips "},
-    {"WizardDummy", "ListDummy "},
-    {"WizardComp", "ListComp "},
-    {"WizardSelectListV", "GroupFrom ListMod GroupData ListAdd ButAdd ButAddAll ButRemove ButRemoveAll "},
-    {"WizardSelectListH", "GroupFrom ListMod GroupData ListAdd ButAdd ButAddAll ButRemove ButRemoveAll "},
-    {"WizardText", "ListText LabelRightClick ButFile ButDir "},
-
-    // Further widgets that the working classes use.
-    {"SelectShip", "LineFile"},
-    {"ConfigShip", "RadioLasers RadioMissiles"},
-};
-
-// Tab widgets that hold pages; every other "Tab" name is a page.
-const QStringList TabContainers = {"TabData", "TabConfig", "TabWigGuns"};
-// The plain string lists of the wizard's select pages.
-const QStringList ListBoxes = {"ListMod", "ListAdd"};
-
-// The widget class that a name's kind prefix stands for; "page" for a tab page.
-QString expectedKind(const QString& name)
-{
-    if (TabContainers.contains(name))
-        return "QTabWidget";
-    if (name == "TCockpits" || name.startsWith("Tab"))
-        return "page";
-    if (ListBoxes.contains(name))
-        return "QListWidget";
-    static const std::pair<const char*, const char*> prefixes[] = {
-        {"Label", "QLabel"},    {"Line", "QLineEdit"},  {"List", "QTreeWidget"}, {"Spin", "QSpinBox"},
-        {"Slider", "QSlider"},  {"Combo", "QComboBox"}, {"Check", "QCheckBox"},  {"Radio", "QRadioButton"},
-        {"But", "QPushButton"}, {"Group", "QGroupBox"}, {"Text", "QTextEdit"},   {"Frame", "QFrame"},
-        {"Dial", "QDial"},      {"MenuBar", "QMenuBar"}};
-    for (const auto& [prefix, kind] : prefixes)
-        if (name.startsWith(prefix))
-            return kind;
-    return {};
 }
 
 std::unique_ptr<QWidget> makeForm(const QString& name)
@@ -344,8 +232,6 @@ class FormsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void widgetsByName_data();
-    void widgetsByName();
     void captions_data();
     void captions();
     void languageChangeRestoresCaptions_data();
@@ -364,43 +250,7 @@ private slots:
     void acceptAndRejectButtons();
     void enablingToggles();
     void dialButtonsStepByOneLine();
-    void numberRanges_data();
-    void numberRanges();
 };
-
-void FormsTest::widgetsByName_data()
-{
-    QTest::addColumn<QString>("form");
-    QTest::addColumn<QStringList>("names");
-    for (const auto& [form, names] : FormWidgets)
-        QTest::newRow(QStringLiteral("%1 %2").arg(form).arg(QString(names).left(20)).toUtf8().constData())
-            << QString(form) << QString(names).split(' ', Qt::SkipEmptyParts);
-}
-
-void FormsTest::widgetsByName()
-{
-    QFETCH(QString, form);
-    QFETCH(QStringList, names);
-    const auto widget = makeForm(form);
-    QVERIFY(widget);
-    QCOMPARE(widget->objectName(), form);
-    for (const QString& name : names) {
-        const QList<QWidget*> found = widget->findChildren<QWidget*>(name);
-        QVERIFY2(found.size() == 1,
-                 qPrintable(QStringLiteral("%1: %2 found %3 times").arg(form, name).arg(found.size())));
-        QWidget* child = found.first();
-        const QString kind = expectedKind(name);
-        if (kind == "page") {
-            auto* tabs = child->parentWidget()
-                             ? qobject_cast<QTabWidget*>(child->parentWidget()->parentWidget())
-                             : nullptr;
-            QVERIFY2(tabs && tabs->indexOf(child) >= 0, qPrintable(name + " is no tab page"));
-        } else {
-            QVERIFY2(!kind.isEmpty(), qPrintable(name));
-            QCOMPARE(QString(child->metaObject()->className()), kind);
-        }
-    }
-}
 
 void FormsTest::captions_data()
 {
@@ -826,44 +676,6 @@ void FormsTest::dialButtonsStepByOneLine()
         up->click();
         QCOMPARE(dial->value(), 600);
     }
-}
-
-void FormsTest::numberRanges_data()
-{
-    QTest::addColumn<QString>("form");
-    QTest::addColumn<QString>("spin");
-    QTest::addColumn<int>("minimum");
-    QTest::addColumn<int>("maximum");
-    const std::tuple<const char*, const char*, int, int> ranges[] = {
-        {"ConfigShip", "SpinDocking", 0, 9999},         {"ConfigShip", "SpinExParticle", 0, 9999},
-        {"ConfigShip", "SpinCargoMin", 1, 20000000},    {"ConfigShip", "SpinAccel", 1, 20000000},
-        {"ConfigShip", "SpinPriceP", 1, 200000000},     {"ConfigShip", "SpinPriceN", 1, 200000000},
-        {"ConfigShip", "SpinNot", -1000000, 1000000},   {"ConfigShip", "SpinSpeedMin", 1, 2000000},
-        {"ConfigShip", "SpinSpeed", 0, 2000000},        {"ConfigShip", "SpinHull", 1, 2000000000},
-        {"ConfigShip", "SpinEnergy", 1, 2000000000},    {"ConfigShip", "SpinShield", 1, 99},
-        {"ConfigShip", "SpinMissile", 0, 99},           {"ConfigShip", "SpinRudder", 0, 99},
-        {"ConfigShip", "SpinPrimary", -1, 9900},        {"ConfigShip", "SpinSecondary", -1, 9900},
-        {"CreateProfile", "SpinSpeedMax", 1, 999999},   {"CreateProfile", "SpinReactorMin", 1, 999999},
-        {"CreateProfile", "SpinTurnMin", 1, 6000},      {"CreateProfile", "SpinTuningMax", 0, 6000},
-        {"CreateProfile", "SpinRechargeMax", 1, 99999}, {"CreateProfile", "SpinCargoDiff", 1, 99999999},
-        {"CreateProfile", "SpinHullMax", 1, 99999999},  {"CreateProfile", "SpinShieldMin", 1, 99},
-    };
-    for (const auto& [form, spin, minimum, maximum] : ranges)
-        QTest::newRow(QStringLiteral("%1 %2").arg(form, spin).toUtf8().constData())
-            << QString(form) << QString(spin) << minimum << maximum;
-}
-
-void FormsTest::numberRanges()
-{
-    QFETCH(QString, form);
-    QFETCH(QString, spin);
-    QFETCH(int, minimum);
-    QFETCH(int, maximum);
-    const auto widget = makeForm(form);
-    auto* box = widget->findChild<QSpinBox*>(spin);
-    QVERIFY(box);
-    QCOMPARE(box->minimum(), minimum);
-    QCOMPARE(box->maximum(), maximum);
 }
 
 QTEST_MAIN(FormsTest)
