@@ -146,24 +146,35 @@ uint64_t Load64(const char* p)
     return value;
 }
 
-// The value of the `count` (1..8) decimal digits that end at `end`, or false
-// when one of them is not a digit. Reads the 8 bytes before `end`; all eight
-// digits are converted at once (the bytes before the digits count as leading
-// zeros).
-bool ParseDigitsBefore(const char* end, size_t count, uint32_t& value)
+// The `count` (1..8) bytes before `end` as one word of digit values, one a
+// byte with the first one lowest and zeros in front; false when one of them
+// is not a decimal digit. Reads the 8 bytes before `end`.
+inline bool DigitsBefore(const char* end, size_t count, uint64_t& digits)
 {
     const uint64_t keep = ~uint64_t(0) << (8 * (8 - count));
     const uint64_t bytes = Load64(end - 8) & keep;
     const uint64_t zeros = 0x3030303030303030ull & keep;
-    if ((bytes & 0xF0F0F0F0F0F0F0F0ull) != zeros ||
-        ((bytes + 0x0606060606060606ull) & 0xF0F0F0F0F0F0F0F0ull) != zeros)
+    digits = bytes - zeros;
+    return ((bytes & 0xF0F0F0F0F0F0F0F0ull) == zeros) &
+           (((bytes + 0x0606060606060606ull) & 0xF0F0F0F0F0F0F0F0ull) == zeros);
+}
+
+// The number that a word of DigitsBefore stands for: all eight digits are
+// combined at once, in pairs, fours and the whole.
+inline uint64_t DigitsValue(uint64_t digits)
+{
+    digits = digits * 10 + (digits >> 8);
+    return (((digits & 0x000000FF000000FFull) * (100 + (1000000ull << 32))) +
+            (((digits >> 16) & 0x000000FF000000FFull) * (1 + (10000ull << 32)))) >>
+           32;
+}
+
+bool ParseDigitsBefore(const char* end, size_t count, uint32_t& value)
+{
+    uint64_t digits = 0;
+    if (!DigitsBefore(end, count, digits))
         return false;
-    uint64_t digits = bytes - zeros;      // one digit a byte, the first one lowest
-    digits = digits * 10 + (digits >> 8); // pairs
-    digits = (((digits & 0x000000FF000000FFull) * (100 + (1000000ull << 32))) +
-              (((digits >> 16) & 0x000000FF000000FFull) * (1 + (10000ull << 32)))) >>
-             32;
-    value = uint32_t(digits);
+    value = uint32_t(DigitsValue(digits));
     return true;
 }
 
@@ -268,18 +279,10 @@ bool AnalysePortable(const char* text, size_t pieceStart, size_t count, const Bl
         const int64_t blank = int64_t(pieceStart) + lines.blanks[i];
         const uint64_t digits = uint64_t(end - blank - 1);
         const bool fits = digits - 1 < 8;
-        const uint64_t keep = ~uint64_t(0) << (8 * (8 - (fits ? digits : 1)));
-        const uint64_t bytes = Load64(text + end - 8) & keep;
-        const uint64_t zeros = 0x3030303030303030ull & keep;
-        const bool numeric = (bytes & 0xF0F0F0F0F0F0F0F0ull) == zeros &&
-                             ((bytes + 0x0606060606060606ull) & 0xF0F0F0F0F0F0F0F0ull) == zeros;
-        uint64_t value = bytes - zeros; // one digit a byte, the first one lowest
-        value = value * 10 + (value >> 8);
-        value = (((value & 0x000000FF000000FFull) * (100 + (1000000ull << 32))) +
-                 (((value >> 16) & 0x000000FF000000FFull) * (1 + (10000ull << 32)))) >>
-                32;
+        uint64_t value = 0;
+        const bool numeric = DigitsBefore(text + end, fits ? digits : 1, value);
         plain &= (blank >= start) & (start != end) & fits & numeric;
-        lines.sizes[i] = value;
+        lines.sizes[i] = DigitsValue(value);
     }
     return plain;
 }
