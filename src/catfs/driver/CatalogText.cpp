@@ -102,11 +102,13 @@ void DecodePiecePortable(char* text, size_t position, size_t blocks, const uint8
 
 #if defined(__x86_64__) && defined(__GNUC__)
 #define HW_CATALOG_WIDE_DECODER 1
+#if !defined(__clang__)
 // GCC 12's vector intrinsics fill unused lanes from a deliberately
 // uninitialised value, which its own flow analysis then reports.
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 // 64-byte vectors with byte masks, and the bit-counting instructions.
-#define HW_WIDE_TARGET "avx512f,avx512bw,avx512cd,avx512dq,avx512vl,bmi,bmi2,lzcnt,popcnt"
+#define HW_WIDE_TARGET "avx512f,avx512bw,avx512cd,avx512dq,avx512vl,avx512vbmi2,bmi,bmi2,lzcnt,popcnt"
 // The same with 64-byte vectors, whose comparisons give the masks directly.
 __attribute__((target(HW_WIDE_TARGET))) void DecodePieceWide(char* text, size_t position, size_t blocks,
                                                              const uint8_t* period, BlockMasks& masks)
@@ -128,13 +130,15 @@ __attribute__((target(HW_WIDE_TARGET))) void DecodePieceWide(char* text, size_t 
     }
 }
 
+// Every processor with these vector extensions also counts leading zeros
+// (LZCNT), which not every compiler lets a program ask about.
 bool WideDecoderAvailable()
 {
     static const bool available = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
                                   __builtin_cpu_supports("avx512cd") && __builtin_cpu_supports("avx512dq") &&
-                                  __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("bmi") &&
-                                  __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("lzcnt") &&
-                                  __builtin_cpu_supports("popcnt");
+                                  __builtin_cpu_supports("avx512vl") &&
+                                  __builtin_cpu_supports("avx512vbmi2") && __builtin_cpu_supports("bmi") &&
+                                  __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
     return available;
 }
 #endif
@@ -205,8 +209,8 @@ size_t GatherEndsPortable(const BlockMasks& masks, size_t blocks, int32_t* out)
 #if HW_CATALOG_WIDE_DECODER
 // The same by compressing the byte positions 0..63 of a block with its mask:
 // the first sixteen line ends of the block in one step.
-__attribute__((target(HW_WIDE_TARGET ",avx512vbmi2"))) size_t GatherEndsWide(const BlockMasks& masks,
-                                                                             size_t blocks, int32_t* out)
+__attribute__((target(HW_WIDE_TARGET))) size_t GatherEndsWide(const BlockMasks& masks, size_t blocks,
+                                                              int32_t* out)
 {
     alignas(64) static constexpr uint8_t kPositions[64] = {
         0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21,
