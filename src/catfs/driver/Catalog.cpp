@@ -62,10 +62,10 @@ namespace catfs {
 //      mapping of the journal) is advanced behind each piece. A piece that
 //      small stays in the processor's cache between its read and its write,
 //      which moves a large tail faster than bigger pieces do. A piece never
-//      overwrites source bytes that a later piece still needs. When the move distance is smaller than a
-//      piece, the piece would overwrite its own source, so it is first copied
-//      into the journal's save area and the progress word says so: a restart
-//      writes the saved piece again.
+//      overwrites source bytes that a later piece still needs. When the move
+//      distance is smaller than a piece, the piece would overwrite its own
+//      source, so it is first copied into the journal's save area and the
+//      progress word says so: a restart writes the saved piece again.
 //   4. The new catalog is written to a temporary file, forced to disk and
 //      renamed over the .cat; the .dat is cut to its new length; the journal
 //      is removed.
