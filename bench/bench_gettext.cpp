@@ -10,6 +10,7 @@
 // game; the reference unpacks each English page from memory (descramble and
 // inflate) and runs a QXmlStreamReader over it with no handler work. Each time
 // is the best of N runs. The target is a ratio of at most 2.
+#include "BenchTiming.h"
 #include "app/DCreateShip.h"
 #include "catfs/CatDriver.h"
 #include "catfs/transfer/GameFile.h"
@@ -38,19 +39,6 @@ constexpr int kEntries = 40000;
 constexpr qint64 kPageBytes = 30 * 1000 * 1000;
 constexpr int kPagesPerCatalog = 2;
 constexpr double kTarget = 2.0;
-
-double BestSeconds(int reps, const std::function<bool()>& run)
-{
-    double best = 1e30;
-    for (int i = 0; i < reps; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        if (!run())
-            return -1;
-        best = std::min(best, timer.nsecsElapsed() / 1e9);
-    }
-    return best;
-}
 
 // A language page of page 17 of about `size` bytes: ship names and
 // descriptions, with ids from `firstId` on, wrapping in a range of 60,000 so

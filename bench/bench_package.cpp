@@ -18,6 +18,7 @@
 //
 // Each time is the best of N runs on both sides. The files are made in a
 // temporary directory below DIR (default /tmp) and removed at the end.
+#include "BenchTiming.h"
 #include "package/Lzma.h"
 #include "package/PackageReader.h"
 #include "package/PackageWriter.h"
@@ -177,19 +178,6 @@ ShipPackage MakeShip(const QString& dir, qint64 payloadBytes, const QString* cor
             FileEntry{1700000000, 0, path, QString("objects/ships/model%1.pbb").arg(index), false});
     }
     return record;
-}
-
-double BestSeconds(int reps, const std::function<bool()>& run)
-{
-    double best = 1e30;
-    for (int i = 0; i < reps; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        if (!run())
-            return -1;
-        best = std::min(best, timer.nsecsElapsed() / 1e9);
-    }
-    return best;
 }
 
 bool RunTool(const QString& program, const QStringList& arguments, const QString& outputFile = {})
