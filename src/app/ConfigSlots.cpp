@@ -5,7 +5,7 @@
 #include "app/DConfigDialog.h"
 #include "app/GameDirSearch.h"
 #include "app/core/ProgramDir.h"
-#include "build/ModelCompiler.h"
+#include "deploy/ModelCompiler.h"
 
 #include <QDir>
 #include <QFileInfo>

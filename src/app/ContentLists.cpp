@@ -8,7 +8,7 @@
 
 #include "app/core/ProgramDir.h"
 #include "forms/LanguageText.h"
-#include "package/WListView.h"
+#include "forms/WListView.h"
 
 #include <QDateTime>
 #include <QFileInfo>

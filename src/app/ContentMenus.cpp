@@ -5,7 +5,7 @@
 #include "app/DCreateShip.h"
 
 #include "app/core/ProgramDir.h"
-#include "package/WListView.h"
+#include "forms/WListView.h"
 
 #include <QIcon>
 #include <QMenu>

@@ -6,8 +6,8 @@
 #include "app/core/ProgramDir.h"
 #include "app/core/Services.h"
 #include "app/core/StatusProgressBar.h"
+#include "forms/WListView.h"
 #include "gamedata/ShipLine.h"
-#include "package/WListView.h"
 
 #include <QApplication>
 #include <QDir>

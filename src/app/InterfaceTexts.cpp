@@ -2,7 +2,7 @@
 #include "app/DCreateShip.h"
 
 #include "app/core/ProgramDir.h"
-#include "package/WListView.h"
+#include "forms/WListView.h"
 
 #include <QMenuBar>
 #include <QTabWidget>

@@ -5,9 +5,9 @@
 
 #include "app/core/ProgramDir.h"
 #include "app/core/Services.h"
+#include "forms/WListView.h"
 #include "gamedata/ShipLine.h"
 #include "package/PackageReader.h"
-#include "package/WListView.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,7 +43,7 @@ bool DCreateShip::OpenPackage(const QString& path)
         prompter().critical(this, UiText[63], UiText[64] + " " + path, {UiText[60]});
     } else {
         const PackageReadResult read = ReadPackage(file, ProgramDir(), *record, "ShipInstall/Scripts", true);
-        if (read.result == 3)
+        if (read.check == PackageCheck::NewerFormat)
             prompter().critical(this, UiTextExtra[1], UiTextExtra[2], {UiTextExtra[0]});
         else if (read.failure == ReadFailure::UnsafeName)
             prompter().critical(this, UiText[63], FormatMessage(UiTextExtra[3], path, read.entry),

@@ -6,9 +6,9 @@
 #include "app/core/ProgramDir.h"
 #include "app/core/Services.h"
 #include "app/core/StatusProgressBar.h"
+#include "forms/WListView.h"
 #include "gamedata/ShipLine.h"
 #include "package/PackageWriter.h"
-#include "package/WListView.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -164,12 +164,12 @@ std::unique_ptr<ShipPackage> DCreateShip::BuildPackage()
         record->Texts.append(TextEntry{ReadInt(row->text(0)), title, row->text(2)});
     }
 
-    const auto sceneEntry = [](const QLineEdit* scene, const QLineEdit* file) -> std::unique_ptr<FileEntry> {
+    const auto sceneEntry = [](const QLineEdit* scene, const QLineEdit* file) -> std::optional<FileEntry> {
         if (scene->text().isEmpty() || file->text().isEmpty())
-            return nullptr;
+            return std::nullopt;
         const QString path = ResolveCell(file->text()).replace("%5c", "/");
         if (!IsReadable(path))
-            return nullptr;
+            return std::nullopt;
         QString sceneName = scene->text();
         sceneName.replace('\\', '/');
         const QString directory = QFileInfo(sceneName).path();
@@ -178,13 +178,13 @@ std::unique_ptr<ShipPackage> DCreateShip::BuildPackage()
         const QString lower = name.toLower();
         if (!lower.endsWith(".pbd") && !lower.endsWith(".bod") && !lower.endsWith(".bob"))
             name += "." + QFileInfo(path).suffix();
-        return std::make_unique<FileEntry>(EntryForFile(path, name));
+        return EntryForFile(path, name);
     };
     record->SceneFile = sceneEntry(LineShipScene, LineSceneFile);
     record->CockpitFile = sceneEntry(LineCockpitScene, LineSceneFileCp);
 
     QStringList sceneStems;
-    for (const FileEntry* scene : {record->SceneFile.get(), record->CockpitFile.get()})
+    for (const std::optional<FileEntry>& scene : {record->SceneFile, record->CockpitFile})
         if (scene)
             sceneStems.append(Stem(scene->Name));
     for (int i = 0; i < ModelList->topLevelItemCount(); ++i) {

@@ -10,9 +10,6 @@ const char* const DefaultCockpitLine = "0;0;0;0;0;0;0;4512;0;0;0;0;0;0;0;-100000
 
 namespace {
 
-constexpr int kFirstTurretCockpitField = 31;
-constexpr int kTurretSlots = 6;
-
 CockpitTable FromTypesTable(const TypesTable& table)
 {
     CockpitTable result;
@@ -26,8 +23,8 @@ CockpitTable FromTypesTable(const TypesTable& table)
 // Replaces the cockpit field of every turret slot that holds exactly `id`.
 QString RenumberTurretCockpits(QString line, const QString& id, int row)
 {
-    for (int slot = 0; slot < kTurretSlots; ++slot) {
-        const int field = kFirstTurretCockpitField + 2 * slot;
+    for (int slot = 0; slot < TurretSlotCount; ++slot) {
+        const int field = TurretCockpitField(slot);
         if (ShipField(line, field) == id)
             line = SetShipField(line, field, QString::number(row));
     }
@@ -43,17 +40,17 @@ QString NewCockpitLine(const QString& name)
 
 QString CockpitSceneId(const QString& line)
 {
-    return ShipField(line, 7);
+    return ShipField(line, CockpitField::SceneId);
 }
 
 int CockpitWeapons(const QString& line)
 {
-    return ShipFieldInt(line, 8);
+    return ShipFieldInt(line, CockpitField::Weapons);
 }
 
 QString CockpitName(const QString& line)
 {
-    return ShipField(line, 18);
+    return ShipField(line, CockpitField::Name);
 }
 
 CockpitTable ReadCockpitTable(const QString& path)

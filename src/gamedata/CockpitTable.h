@@ -13,6 +13,16 @@
 #include <QString>
 #include <QStringList>
 
+// The fields of a TCockpits line that the program reads.
+namespace CockpitField {
+enum : int
+{
+    SceneId = 7,
+    Weapons = 8,
+    Name = 18
+};
+} // namespace CockpitField
+
 // The row that heads every table the program writes. It is no part of a ship:
 // custom cockpits get row numbers from 1.
 extern const char* const DefaultCockpitLine;

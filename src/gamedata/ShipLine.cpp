@@ -74,10 +74,12 @@ ShipLineLayout LayoutOf(const QString& line)
     ShipLineLayout layout;
     const int fieldCount = static_cast<int>(line.count(Separator)) + 1;
     // A count that would put G behind the line's end is taken as no cockpits.
-    const int cockpits = ShipFieldInt(line, 53);
+    const int cockpits = ShipFieldInt(line, ShipLineField::CockpitCount);
     layout.cockpitCount =
-        (cockpits > 0 && 54 + 4 * static_cast<qint64>(cockpits) < fieldCount) ? cockpits : 0;
-    layout.gunIndexField = 54 + 4 * layout.cockpitCount;
+        (cockpits > 0 && ShipLineField::FirstCockpitBlock + 4 * static_cast<qint64>(cockpits) < fieldCount)
+            ? cockpits
+            : 0;
+    layout.gunIndexField = ShipLineField::FirstCockpitBlock + 4 * layout.cockpitCount;
 
     const int groupCount = ShipFieldInt(line, layout.gunIndexField);
     int p = layout.gunIndexField;
@@ -106,7 +108,56 @@ QString RenumberGuns(const QString& line)
             counter += ReadInt(fields[index + 1]);
         }
     }
-    if (fields.size() > 19)
-        fields[19] = QString::number(counter - 1);
+    if (fields.size() > ShipLineField::GunCount)
+        fields[ShipLineField::GunCount] = QString::number(counter - 1);
     return fields.join(Separator);
+}
+
+namespace {
+
+// The standard cockpit of the list that a turret slot's number names.
+const CockpitListRow* StandardCockpitNumbered(const QList<CockpitListRow>& cockpits, int number)
+{
+    if (number == 0)
+        return nullptr;
+    for (const CockpitListRow& row : cockpits)
+        if (row.Source != QLatin1String(PackageCockpitSource) && ReadInt(row.Source) == number)
+            return &row;
+    return nullptr;
+}
+
+} // namespace
+
+SettledShipLine SettleShipLine(const QString& line, const QString& shipScene, const QString& cockpitScene,
+                               const QList<CockpitListRow>& cockpits, const QString& id)
+{
+    SettledShipLine settled;
+    QStringList names;
+    for (const CockpitListRow& row : cockpits)
+        if (row.Source == QLatin1String(PackageCockpitSource)) {
+            names.append(row.Id);
+            settled.Cockpits.append(row.Line);
+        }
+
+    QStringList fields;
+    for (int n = 0; n < ShipLineField::ShipScene; ++n)
+        fields.append(ShipField(line, n));
+    fields.append(shipScene);
+    fields.append(cockpitScene);
+    for (int n = ShipLineField::CockpitScene + 1; n < ShipLineField::FirstTurretSlot; ++n)
+        fields.append(ShipField(line, n));
+    for (int slot = 0; slot < TurretSlotCount; ++slot) {
+        const QString cockpit = ShipField(line, TurretCockpitField(slot));
+        const CockpitListRow* match = StandardCockpitNumbered(cockpits, ReadInt(cockpit));
+        fields.append(match ? match->Id : cockpit);
+        if (match && !names.contains(match->Id)) {
+            names.append(match->Id);
+            settled.Cockpits.append(match->Line);
+        }
+        fields.append(ShipField(line, TurretPositionField(slot)));
+    }
+    QString data = fields.join(Separator) + Separator + ShipFields(line, ShipLineField::DockingSlots, -1);
+    data.truncate(data.lastIndexOf(Separator) + 1);
+    settled.Data = data + id;
+    return settled;
 }

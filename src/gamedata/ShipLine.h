@@ -14,6 +14,82 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
+
+// Numbers of the fields of the fixed head (0 to 53) that the program reads or
+// writes by name. Fields 30 and 51 are carried through unread.
+namespace ShipLineField {
+enum : int
+{
+    BodyFile = 0,
+    PictureId = 1,
+    Yaw = 2,   // float: the field is the shown value * 6 / 360
+    Pitch = 3, // as Yaw
+    Roll = 4,  // as Yaw
+    ShipClass = 5,
+    NameId = 6,
+    Speed = 7,        // 500 units = 1 m/s
+    Acceleration = 8, // 500 units = 1 m/s
+    EngineSound = 9,
+    ReactionDelay = 10,
+    EngineEffect = 11,
+    EngineGlowEffect = 12,
+    ReactorOutput = 13,
+    SoundVolumeMin = 14,
+    SoundVolumeMax = 15,
+    ShipScene = 16,
+    CockpitScene = 17,
+    LaserMask = 18,
+    GunCount = 19,
+    WeaponEnergy = 20,
+    RechargeRate = 21, // float: share of WeaponEnergy per second
+    ShieldType = 22,
+    ShieldCount = 23,
+    MissileMask = 24,
+    MissileCount = 25,
+    SpeedExtensions = 26,
+    RudderExtensions = 27,
+    CargoMin = 28,
+    CargoMax = 29,
+    FirstTurretSlot = 31, // six slots of two fields: cockpit, position
+    DockingSlots = 43,
+    CargoClass = 44,
+    Race = 45,
+    Hull = 46,
+    ExplosionDef = 47,
+    BodyExplosionDef = 48,
+    ExplosionParticles = 49,
+    Variation = 50,
+    ClassId = 52,
+    CockpitCount = 53,
+    FirstCockpitBlock = 54 // four fields a block: index, previous index, body, part
+};
+} // namespace ShipLineField
+
+// Fields behind T, the first field behind the gun groups, as offsets from T.
+namespace ShipTailOffset {
+enum : int
+{
+    PriceNpc = 1,
+    PricePlayer = 5,
+    Notoriety = 6,
+    VideoId = 7,
+    ShipId = 9
+};
+} // namespace ShipTailOffset
+
+// The six turret slots: slot k (from 0) names a cockpit in one field (a row
+// number of the game's TCockpits, or a custom cockpit's name) and a turret
+// position (0 = empty) in the next.
+inline constexpr int TurretSlotCount = 6;
+constexpr int TurretCockpitField(int slot)
+{
+    return ShipLineField::FirstTurretSlot + 2 * slot;
+}
+constexpr int TurretPositionField(int slot)
+{
+    return TurretCockpitField(slot) + 1;
+}
 
 // Field `index` of the line; a field behind the end is empty. A negative index
 // counts from the end, -1 being the last field.
@@ -77,3 +153,32 @@ inline int TailIndex(const QString& line)
 // that starts at 1 and grows by each entry's Count; field 19 (GunCount)
 // becomes the final count.
 QString RenumberGuns(const QString& line);
+
+// One row of the main window's cockpit list: the cockpit's name, where it
+// comes from (the row number in the game's TCockpits, or "<PACKAGE>" for a
+// custom cockpit of the package) and its whole TCockpits line.
+struct CockpitListRow
+{
+    QString Id;
+    QString Source;
+    QString Line;
+};
+
+// The cockpit list's source text of a custom cockpit.
+inline constexpr const char* PackageCockpitSource = "<PACKAGE>";
+
+// A ship line as it travels in a package, and the cockpit lines it brings.
+struct SettledShipLine
+{
+    QString Data;
+    QStringList Cockpits;
+};
+
+// Settles the line of the form for a save: fields 16 and 17 take the scene
+// names; a turret slot whose cockpit number matches a standard cockpit of the
+// list takes that cockpit's name instead; the last field that has text is
+// replaced by `id`, with no ";" behind it. The cockpits brought along are the
+// list's custom ones in list order, then each standard one a turret uses,
+// once.
+SettledShipLine SettleShipLine(const QString& line, const QString& shipScene, const QString& cockpitScene,
+                               const QList<CockpitListRow>& cockpits, const QString& id);

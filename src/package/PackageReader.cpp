@@ -101,7 +101,8 @@ public:
         QDir().mkpath(m_scriptDir);
         QDir().mkpath(m_targetDir);
         QByteArray line;
-        while (m_result.failure == ReadFailure::None && m_result.result == 0 && m_stream.readLine(line)) {
+        while (m_result.failure == ReadFailure::None && m_result.check == PackageCheck::Passed &&
+               m_stream.readLine(line)) {
             if (!line.isEmpty())
                 readLine(QString::fromLocal8Bit(line));
         }
@@ -109,11 +110,11 @@ public:
             m_result.failure = ReadFailure::Damaged;
         if (m_result.failure != ReadFailure::None)
             return m_result;
-        if (m_result.result == 0) {
+        if (m_result.check == PackageCheck::Passed) {
             if (!m_record.Name.isEmpty() && !m_record.Author.isEmpty())
                 m_result.ok = true;
             else
-                m_result.result = 1;
+                m_result.check = PackageCheck::MissingIdentity;
         }
         return m_result;
     }
@@ -127,7 +128,7 @@ private:
 
         if (IsPackagerKey(key.toLatin1())) {
             if (value.trimmed().toDouble() > 1.0)
-                m_result.result = 3;
+                m_result.check = PackageCheck::NewerFormat;
         } else if (key == "Name:") {
             m_record.Name = value;
         } else if (key == "Author:") {
@@ -160,8 +161,7 @@ private:
         } else if (key == "SceneFile:" || key == "CockpitFile:") {
             FileEntry entry = ParseFileLine(value);
             if (unpack(entry, m_targetDir))
-                (key == "SceneFile:" ? m_record.SceneFile : m_record.CockpitFile) =
-                    std::make_unique<FileEntry>(entry);
+                (key == "SceneFile:" ? m_record.SceneFile : m_record.CockpitFile) = entry;
         } else if (key == "Model:" || key == "Files:") {
             FileEntry entry = ParseFileLine(value);
             if (unpack(entry, m_targetDir))

@@ -38,12 +38,18 @@ enum class ReadFailure
     CannotWrite  // an unpacked file could not be written
 };
 
+// What the reader makes of the record's own lines.
+enum class PackageCheck
+{
+    Passed,          // nothing to report: `ok` tells whether the read worked
+    MissingIdentity, // the stream ended without a Name: or Author: value
+    NewerFormat      // Packager: names a format newer than this reader's
+};
+
 struct PackageReadResult
 {
     bool ok = false; // the record is usable
-    // 0: nothing to report (ok tells whether the read worked); 1: the stream
-    // ended without a Name: or Author: value; 3: Packager: names a newer format.
-    int result = 0;
+    PackageCheck check = PackageCheck::Passed;
     ReadFailure failure = ReadFailure::None;
     QString entry; // the file name that made the read fail, where one did
 };

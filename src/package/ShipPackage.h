@@ -9,7 +9,7 @@
 
 #include <array>
 #include <cstdint>
-#include <memory>
+#include <optional>
 
 // One packaged file. In a record built from the form, LocalPath is the file on
 // disk and Name the package-relative name. In a record filled by a reader, the
@@ -80,8 +80,8 @@ struct ShipPackage
     QString Mirror1;
     QString Mirror2;
     QList<TextEntry> Texts;
-    std::unique_ptr<FileEntry> SceneFile;   // may be null
-    std::unique_ptr<FileEntry> CockpitFile; // may be null
+    std::optional<FileEntry> SceneFile;   // none when the ship has no scene of its own
+    std::optional<FileEntry> CockpitFile; // none when it brings no cockpit scene
     QList<FileEntry> Models;
     QList<FileEntry> Files;
     QList<DummyEntry> Dummies;
@@ -100,13 +100,6 @@ struct ShipPackage
     int32_t Deleted = 0; // not 0 marks a tombstone of the installed-ships list
     int32_t OriginalDesc = 0;
     int32_t FileSystem = 0;
-
-    ShipPackage() = default;
-    ShipPackage(ShipPackage&&) noexcept = default;
-    ShipPackage& operator=(ShipPackage&&) noexcept = default;
-    // A record owns its scene entries; copying makes copies of them.
-    ShipPackage(const ShipPackage& other);
-    ShipPackage& operator=(const ShipPackage& other);
 
     bool IsTombstone() const { return Deleted != 0; }
 };

@@ -2,7 +2,7 @@
 // operations, the context menus, the language dialog and the caption's star.
 #include "WindowFixture.h"
 #include "forms/LanguageText.h"
-#include "package/WListView.h"
+#include "forms/WListView.h"
 
 #include <QApplication>
 #include <QImage>

@@ -1,6 +1,6 @@
 #include "WindowFixture.h"
 #include "app/core/StatusProgressBar.h"
-#include "package/WListView.h"
+#include "forms/WListView.h"
 
 #include <QtTest>
 

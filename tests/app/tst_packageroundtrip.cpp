@@ -3,9 +3,9 @@
 #include "WindowFixture.h"
 #include "app/core/Services.h"
 #include "app/core/StatusProgressBar.h"
+#include "forms/WListView.h"
 #include "gamedata/ShipLine.h"
 #include "package/Lzma.h"
-#include "package/WListView.h"
 
 #include <QStatusBar>
 #include <QtTest>

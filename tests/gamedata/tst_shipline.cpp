@@ -30,6 +30,7 @@ private slots:
     void layoutWithCockpitsAndGroups();
     void layoutOfBrokenLinesStaysInside();
     void renumberingGuns();
+    void settlingForASave();
 };
 
 void TestShipLine::fieldsAndRuns()
@@ -149,6 +150,41 @@ void TestShipLine::renumberingGuns()
     QCOMPARE(ShipLineId(after), QString("SS_TEST"));
     QVERIFY(after.endsWith(';'));
     QCOMPARE(RenumberGuns(NewShip), NewShip); // no guns: GunCount stays 0
+}
+
+void TestShipLine::settlingForASave()
+{
+    // Turret 1 names standard cockpit row 7, turret 2 a custom cockpit by name,
+    // turret 3 row 7 again, turret 4 a row that is not in the list.
+    QString line = SetShipField(NewShip, ShipLineField::ShipScene, "old\\scene");
+    line = SetShipField(line, TurretCockpitField(0), "7");
+    line = SetShipField(line, TurretPositionField(0), "2");
+    line = SetShipField(line, TurretCockpitField(1), "MY_PIT");
+    line = SetShipField(line, TurretCockpitField(2), "7");
+    line = SetShipField(line, TurretCockpitField(3), "9");
+    const QList<CockpitListRow> cockpits = {
+        {"SS_STD_7", "7", "std7;"}, {"MY_PIT", PackageCockpitSource, "mine;"}, {"SS_STD_3", "3", "std3;"}};
+    const SettledShipLine settled =
+        SettleShipLine(line, "ships\\falcon", "cockpits\\c1", cockpits, "SS_FALCON");
+
+    QCOMPARE(ShipField(settled.Data, ShipLineField::ShipScene), QString("ships\\falcon"));
+    QCOMPARE(ShipField(settled.Data, ShipLineField::CockpitScene), QString("cockpits\\c1"));
+    QCOMPARE(ShipField(settled.Data, TurretCockpitField(0)), QString("SS_STD_7"));
+    QCOMPARE(ShipField(settled.Data, TurretPositionField(0)), QString("2"));
+    QCOMPARE(ShipField(settled.Data, TurretCockpitField(1)), QString("MY_PIT"));
+    QCOMPARE(ShipField(settled.Data, TurretCockpitField(2)), QString("SS_STD_7"));
+    QCOMPARE(ShipField(settled.Data, TurretCockpitField(3)), QString("9"));
+    // Custom cockpits first, then each standard one a turret uses, once.
+    QCOMPARE(settled.Cockpits, QStringList({"mine;", "std7;"}));
+    // The id replaces the last field, with no separator behind it; the rest is kept.
+    QVERIFY(settled.Data.endsWith(";0;SS_FALCON"));
+    QCOMPARE(settled.Data.count(';'), NewShip.count(';') - 1);
+    QCOMPARE(ShipFields(settled.Data, 0, ShipLineField::ShipScene - 1),
+             ShipFields(NewShip, 0, ShipLineField::ShipScene - 1));
+
+    // Settling is stable: a settled line settles to itself.
+    QCOMPARE(SettleShipLine(settled.Data, "ships\\falcon", "cockpits\\c1", cockpits, "SS_FALCON").Data,
+             settled.Data);
 }
 
 QTEST_GUILESS_MAIN(TestShipLine)

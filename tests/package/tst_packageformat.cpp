@@ -17,6 +17,8 @@
 
 #include "TestSupport.h"
 
+Q_DECLARE_METATYPE(PackageCheck)
+
 namespace {
 
 // Every file below `root`, relative to it, sorted.
@@ -77,7 +79,7 @@ private slots:
     void linesKeepBlanksColonsAndSemicolons();
     void packagerVersion_data();
     void packagerVersion();
-    void missingNameOrAuthorGivesResultOne();
+    void missingNameOrAuthorIsReported();
     void refusesNamesOutsideTheTarget_data();
     void refusesNamesOutsideTheTarget();
     void damagedPackagesFailCleanly();
@@ -132,10 +134,10 @@ void TestPackageFormat::blocksAreTakenByCount()
     ShipPackage record;
     record.Name = "Falcon";
     record.Author = "Someone";
-    record.SceneFile = std::make_unique<FileEntry>(
-        FileEntry{100, 0, dir.filePath("src/scene.bod"), "objects/ships/falcon.bod", false});
-    record.CockpitFile = std::make_unique<FileEntry>(
-        FileEntry{101, 0, dir.filePath("src/trap.pbd"), "objects/cockpits/c.pbd", false});
+    record.SceneFile =
+        FileEntry(FileEntry{100, 0, dir.filePath("src/scene.bod"), "objects/ships/falcon.bod", false});
+    record.CockpitFile =
+        FileEntry(FileEntry{101, 0, dir.filePath("src/trap.pbd"), "objects/cockpits/c.pbd", false});
     record.Models.append(FileEntry{102, 0, dir.filePath("src/big.pbb"), "objects/ships/big.pbb", false});
     record.Models.append(FileEntry{103, 0, dir.filePath("src/missing.pbb"), "objects/ships/gone.pbb", false});
     record.Scripts.append(FileEntry{104, 0, dir.filePath("src/run.xml"), QString(), false});
@@ -220,18 +222,18 @@ void TestPackageFormat::packagerVersion_data()
 {
     QTest::addColumn<QByteArray>("first");
     QTest::addColumn<bool>("ok");
-    QTest::addColumn<int>("result");
-    QTest::newRow("1") << QByteArray("Packager: 1") << true << 0;
-    QTest::newRow("0") << QByteArray("Packager: 0") << true << 0;
-    QTest::newRow("1.5") << QByteArray("Packager: 1.5") << false << 3;
-    QTest::newRow("stray character") << QByteArray("\xefPackager: 2") << false << 3;
+    QTest::addColumn<PackageCheck>("check");
+    QTest::newRow("1") << QByteArray("Packager: 1") << true << PackageCheck::Passed;
+    QTest::newRow("0") << QByteArray("Packager: 0") << true << PackageCheck::Passed;
+    QTest::newRow("1.5") << QByteArray("Packager: 1.5") << false << PackageCheck::NewerFormat;
+    QTest::newRow("stray character") << QByteArray("\xefPackager: 2") << false << PackageCheck::NewerFormat;
 }
 
 void TestPackageFormat::packagerVersion()
 {
     QFETCH(QByteArray, first);
     QFETCH(bool, ok);
-    QFETCH(int, result);
+    QFETCH(PackageCheck, check);
     QTemporaryDir dir;
     // The version line stands inside a compressed package, where it is read as a line.
     WriteFile(dir.filePath("plain"),
@@ -239,21 +241,21 @@ void TestPackageFormat::packagerVersion()
     QVERIFY(CompressFile(dir.filePath("plain"), dir.filePath("p.xsp")));
     const Read read = ReadPackageFile(dir.filePath("p.xsp"), dir.filePath("out"));
     QCOMPARE(read.result.ok, ok);
-    QCOMPARE(read.result.result, result);
+    QCOMPARE(read.result.check, check);
     // A newer format stops the read at its line.
     QCOMPARE(QFileInfo::exists(dir.filePath("out/late.pbd")), ok);
 }
 
-void TestPackageFormat::missingNameOrAuthorGivesResultOne()
+void TestPackageFormat::missingNameOrAuthorIsReported()
 {
     QTemporaryDir dir;
     WriteFile(dir.filePath("a.xsp"), "Packager: 1\nName: N\nAuthor: \nData: 1\n");
     Read read = ReadPackageFile(dir.filePath("a.xsp"), dir.filePath("out"));
     QVERIFY(!read.result.ok);
-    QCOMPARE(read.result.result, 1);
+    QCOMPARE(read.result.check, PackageCheck::MissingIdentity);
     WriteFile(dir.filePath("b.xsp"), "Packager: 1\nAuthor: A\n");
     read = ReadPackageFile(dir.filePath("b.xsp"), dir.filePath("out"));
-    QCOMPARE(read.result.result, 1);
+    QCOMPARE(read.result.check, PackageCheck::MissingIdentity);
 }
 
 void TestPackageFormat::refusesNamesOutsideTheTarget_data()
@@ -355,7 +357,7 @@ void TestPackageFormat::notAPackage()
         WriteFile(dir.filePath("x.xsp"), content);
         const Read read = ReadPackageFile(dir.filePath("x.xsp"), dir.filePath("out"));
         QVERIFY(!read.result.ok);
-        QCOMPARE(read.result.result, 0);
+        QCOMPARE(read.result.check, PackageCheck::Passed);
         QCOMPARE(read.result.failure, ReadFailure::NotAPackage);
     }
     QVERIFY(FilesBelow(dir.filePath("out")).isEmpty());

@@ -1,4 +1,4 @@
-#include "build/ModelCompiler.h"
+#include "deploy/ModelCompiler.h"
 
 #include "catfs/transfer/GameFile.h"
 #include "package/ShipPackage.h"

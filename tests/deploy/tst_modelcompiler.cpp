@@ -2,8 +2,8 @@
 // scripts that log their arguments and working directory and answer as the
 // real tool would, or fail, or stay silent, or hang.
 #include "TestSupport.h"
-#include "build/ModelCompiler.h"
 #include "catfs/transfer/GameFile.h"
+#include "deploy/ModelCompiler.h"
 #include "package/ShipPackage.h"
 
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "package/WListView.h"
+#include "forms/WListView.h"
 
 #include <QContextMenuEvent>
 #include <QDropEvent>

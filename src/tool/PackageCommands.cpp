@@ -13,7 +13,7 @@
 //   the object gives one. Relative paths are taken from the manifest's directory.
 #include "Commands.h"
 
-#include "build/ModelCompiler.h"
+#include "deploy/ModelCompiler.h"
 #include "package/PackageReader.h"
 #include "package/PackageWriter.h"
 
@@ -40,9 +40,9 @@ const QStringList ManifestKeys = {"Name",         "Author",       "Version",    
 
 QString ReadFailureText(const PackageReadResult& read)
 {
-    if (read.result == 1)
+    if (read.check == PackageCheck::MissingIdentity)
         return QStringLiteral("the package has no Name: or no Author: value");
-    if (read.result == 3)
+    if (read.check == PackageCheck::NewerFormat)
         return QStringLiteral("the package was written in a newer format (Packager: above 1)");
     switch (read.failure) {
     case ReadFailure::CannotOpen:
@@ -227,7 +227,7 @@ public:
             if (!entry)
                 return std::nullopt;
             (QLatin1String(key) == QLatin1String("SceneFile") ? record.SceneFile : record.CockpitFile) =
-                std::make_unique<FileEntry>(*entry);
+                entry;
         }
         if (!fileList("Models", manifest, record.Models) || !fileList("Files", manifest, record.Files) ||
             !fileList("Scripts", manifest, record.Scripts))
