@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 #include "catfs/CatDriver.h"
 #include "catfs/transfer/GameFile.h"
+#include "gamedata/GroupedTables.h"
 #include "gamedata/TypesFile.h"
 
 #include <QDir>
@@ -39,6 +40,7 @@ private slots:
     void catalogScanStopsAtTheFirstGap();
     void newestCatalogWinsAndWorkFileGoes();
     void corpusShipTableReads();
+    void groupedTables();
 };
 
 void TestTypesFile::readingSkipsCommentsAndBlankLines()
@@ -116,6 +118,31 @@ void TestTypesFile::corpusShipTableReads()
     const TypesTable table = ReadTypesFile(path);
     QCOMPARE(table.records.size(), 427);
     QVERIFY(table.header.startsWith("50;"));
+}
+
+void TestTypesFile::groupedTables()
+{
+    // A comment, a blank line, a section of 0, a count that is text, and a
+    // count larger than what follows.
+    const QString dummies = "// Dummies\r\nSDTYPE_DOCK;2;\r\n  \r\nd1;x;\r\nd2;y;\r\nSDTYPE_ANIMATED;0;\r\n"
+                            "SDTYPE_GUN;one;\r\nSDTYPE_GUN;3;\r\ng1;\r\n / not a comment;\r\n";
+    const QList<DummySection> read = ParseDummies(dummies);
+    QCOMPARE(read.size(), 4);
+    QCOMPARE(read[0].Name, QString("SDTYPE_DOCK"));
+    QCOMPARE(read[0].Lines, QStringList({"d1;x;", "d2;y;"}));
+    QVERIFY(read[1].Lines.isEmpty() && read[2].Lines.isEmpty());
+    QCOMPARE(GunDummyLines(read), QStringList({"g1;", " / not a comment;"}));
+
+    const QString components =
+        "SCTYPE_LASER;2;\ngroupA;2;\na1;\na2;\ngroupB;0;\nSCTYPE_DOCK;1;\ngroupC;1;\nc1;\n";
+    const QList<ComponentSection> comps = ParseComponents(components);
+    QCOMPARE(comps.size(), 2);
+    QCOMPARE(comps[0].Groups.size(), 2);
+    QCOMPARE(comps[0].Groups[0].Id, QString("groupA"));
+    QCOMPARE(comps[0].Groups[0].Lines, QStringList({"a1;", "a2;"}));
+    QVERIFY(comps[0].Groups[1].Lines.isEmpty());
+    QCOMPARE(comps[1].Groups[0].Lines, QStringList({"c1;"}));
+    QVERIFY(ReadDummiesFile("/no/such/file").isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestTypesFile)
