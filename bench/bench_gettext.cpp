@@ -245,8 +245,8 @@ int main(int argc, char* argv[])
         timer.start();
         window.GetText();
         const double seconds = timer.nsecsElapsed() / 1e9;
-        texts = window.GameTextList.size();
-        ours = window.TextLoaded && texts > 0 ? std::min(ours, seconds) : -1;
+        texts = window.gameTexts().Texts().size();
+        ours = window.gameTexts().Loaded() && texts > 0 ? std::min(ours, seconds) : -1;
     }
     if (direct <= 0 || ours <= 0) {
         std::fprintf(stderr, "bench_gettext: a run failed\n");

@@ -1,6 +1,9 @@
 // The command line: joining raw tokens into option entries, and acting on them.
 #include "app/DCreateShip.h"
 
+#include "app/ExtractionFlow.h"
+#include "app/WindowTexts.h"
+
 #include <QFileInfo>
 #include <QStatusBar>
 #include <QTimer>
@@ -45,7 +48,7 @@ bool DCreateShip::ParseCommandLine(const QStringList& entries)
             openFile = entry;
             continue;
         }
-        const int blank = entry.indexOf(' ');
+        const qsizetype blank = entry.indexOf(' ');
         const QString option = (blank < 0 ? entry : entry.left(blank)).toLower();
         const QString value = blank < 0 ? QString() : entry.mid(blank + 1);
         if (option == "-x" || option == "-extract") {
@@ -53,65 +56,32 @@ bool DCreateShip::ParseCommandLine(const QStringList& entries)
         } else if (option == "-d" || option == "-dir") {
             extractDir = value;
         } else if (option == "-e" || option == "-editmode") {
-            EditTarget = value;
+            m_editTarget = value;
             StartEditMode();
         }
     }
 
+    // From the command line the extraction runs at once, not through a timer.
     if (!extractFile.isEmpty()) {
         if (extractDir.isEmpty())
-            AskExtractTarget(extractFile, true);
+            m_extraction->AskTarget(extractFile, true);
         else if (extractDir == "HERE")
-            ExtractTo(extractFile, QFileInfo(extractFile).path(), true);
+            m_extraction->ExtractTo(extractFile, QFileInfo(extractFile).path(), true);
         else
-            ExtractTo(extractFile, extractDir, true);
+            m_extraction->ExtractTo(extractFile, extractDir, true);
     }
     if (!openFile.isEmpty())
         OpenPackage(openFile);
 
-    return extractFile.isEmpty() || !openFile.isEmpty() || !EditTarget.isEmpty();
+    return extractFile.isEmpty() || !openFile.isEmpty() || !m_editTarget.isEmpty();
 }
 
 void DCreateShip::StartTextLoad()
 {
-    if (!ReadTextAtStart)
+    if (!m_settings.ReadTextAtStart)
         return;
     setEnabled(false);
     repaint();
-    QMainWindow::statusBar()->showMessage(UiText[350] + "...");
+    QMainWindow::statusBar()->showMessage(m_uiText[Txt::StatusReadingTexts] + "...");
     QTimer::singleShot(100, this, &DCreateShip::GetText);
-}
-
-void DCreateShip::Slot_ExtractShip()
-{
-    const QString path = prompter().openFile(this, UiText[195], SaveDir, UiText[65] + " (*.xsp)");
-    if (path.isEmpty())
-        return;
-    AskExtractTarget(path, false);
-}
-
-void DCreateShip::AskExtractTarget(const QString& package, bool quiet)
-{
-    const QString directory = prompter().directory(this, UiText[194], QFileInfo(package).path());
-    if (directory.isEmpty())
-        return;
-    ExtractTo(package, directory, quiet);
-}
-
-void DCreateShip::ExtractTo(const QString& package, const QString& directory, bool quiet)
-{
-    ExtractSource = package;
-    ExtractTarget = directory;
-    if (!QFileInfo(directory).isDir()) {
-        prompter().warning(this, UiText[199], UiText[199] + ":\n" + directory, {UiText[60]});
-        return;
-    }
-    if (quiet) {
-        Slot_StartExtract();
-        return;
-    }
-    SetBusy(false);
-    repaint();
-    QMainWindow::statusBar()->showMessage(UiText[198] + " " + package + "...");
-    QTimer::singleShot(100, this, &DCreateShip::Slot_StartExtract);
 }

@@ -1,15 +1,18 @@
-// The settings dialog.
+// The settings dialog, given the settings and handing back the edited value.
 //
-// It works on the main window's list of game directories directly: a
-// directory added with Slot_OpenDir is in the list at once, and stays there
-// even when the dialog is cancelled (it reaches config.dat only with the next
-// accepted dialog). All other fields are plain widgets that the main window
-// fills before and reads after the dialog runs. The dialog keeps the captions
-// of its form; only the file dialogs it opens take texts from UiText.
+// The list of game directories is edited in place: a directory added with
+// Slot_OpenDir is in GameDirs() at once, and the caller keeps that list even
+// when the dialog is cancelled (it reaches config.dat only with the next
+// accepted dialog). Everything else counts only when the dialog is accepted:
+// Settings() then gives the new value. The dialog keeps the captions of its
+// form; only the file dialogs it opens take texts from UiText.
 #pragma once
 
+#include "core/AppSettings.h"
 #include "forms/ConfigDialog.h"
+#include "language/UiTexts.h"
 
+#include <QList>
 #include <QStringList>
 
 class Prompter;
@@ -18,21 +21,18 @@ class DConfigDialog : public ConfigDialog
 {
     Q_OBJECT
 public:
-    // The most game directories the list keeps.
-    static constexpr int MaxGameDirs = 10;
+    // `uiText` and `prompter` must outlive the dialog. ComboLang offers the
+    // `languages`, the settings' own current; ComboDir the game directories,
+    // the one in use current.
+    DConfigDialog(const AppSettings& settings, const QList<LanguageEntry>& languages,
+                  const QStringList& uiText, Prompter& prompter, QWidget* parent);
 
-    // `gameDirs`, `uiText` and `prompter` must outlive the dialog. ComboDir is
-    // filled from `gameDirs`, the one in use (the first) current.
-    DConfigDialog(QStringList* gameDirs, const QStringList* uiText, Prompter* prompter, QWidget* parent);
-
-    // Enables LineDirX2bc and ButDirX2bc as CheckX2bc is, and CheckTextT as
-    // CheckText is. The check boxes keep this up when they are toggled; call
-    // it once after setting them from the settings.
-    void UpdateEnabling();
-
-    // Makes the directory chosen in ComboDir the one in use: it moves to the
-    // front of the list. Nothing happens when the combo is empty.
-    void UseChosenGameDir();
+    // The settings as the dialog shows them: the directory chosen in ComboDir
+    // first among the game directories, the language the first word of
+    // ComboLang's text (kept when the combo is empty).
+    AppSettings Settings() const;
+    // The game directories as the dialog has changed them so far.
+    const QStringList& GameDirs() const { return m_gameDirs; }
 
 public slots:
     void Slot_OpenDir() override;
@@ -45,10 +45,13 @@ public slots:
     void Slot_OpenX2bcDir() override;
 
 private:
+    void ShowSettings(const QList<LanguageEntry>& languages);
+    void UpdateEnabling();
     void AskDirectoryInto(QLineEdit* line, int captionIndex);
     QString Text(int index) const;
 
-    QStringList* m_gameDirs;
-    const QStringList* m_uiText;
-    Prompter* m_prompter;
+    AppSettings m_settings; // what the dialog was given; fields it has no widget for pass through
+    QStringList m_gameDirs;
+    const QStringList& m_uiText;
+    Prompter& m_prompter;
 };

@@ -1,107 +1,65 @@
-// Construction, caption, the modified and content tests, clearing the form,
-// the busy state and the work directories of the main window.
+// Construction of the main window and its parts, the caption, the modified
+// and content tests, clearing the form, the busy state, the game's texts and
+// the work directories.
 #include "app/DCreateShip.h"
+
+#include "app/ExtractionFlow.h"
+#include "app/FileListController.h"
+#include "app/FormBinding.h"
 #include "app/GameDirSearch.h"
-
-#include "app/core/ProgramDir.h"
-#include "app/core/Services.h"
-#include "app/core/StatusProgressBar.h"
+#include "app/PackageDocument.h"
+#include "app/ScriptListController.h"
+#include "app/TableListControllers.h"
+#include "app/TextListController.h"
+#include "app/WindowContext.h"
+#include "app/WindowTexts.h"
+#include "core/ProgramDir.h"
+#include "core/Services.h"
+#include "core/StatusProgressBar.h"
+#include "deploy/ModelCompiler.h"
 #include "forms/WListView.h"
-#include "gamedata/ShipLine.h"
 
-#include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QStatusBar>
-#include <QTextStream>
+#include <QVBoxLayout>
 
-const char* const DefaultShipLine =
-    "0;0;0;0;0;0;0;0;0;106;1;5;37;0;112;202;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;"
-    "0;0;0;0;0;0;0;0;0;0;0;35;36;1;0;0;0;0;0;1;0;25;1;0;0;0;0;0;HW_NEW_SHIP;";
+#include <climits>
 
 namespace {
 
-const QString PackageToken = QStringLiteral("<PACKAGE>/");
-
-bool IsPackagePath(const QString& path)
+// A run-time list in the layout of its frame; the frame owns it.
+WListView* MakeList(QFrame* frame, const char* name, QAbstractItemView::SelectionMode mode)
 {
-    return path.startsWith(PackageToken);
-}
-
-// The path of a list row as the saved record holds it: directory, "/", file name.
-QString RowPath(const QString& cell)
-{
-    const QString path = QString(cell).replace('\\', '/');
-    const QFileInfo info(path);
-    return info.path() + "/" + info.fileName();
-}
-
-// Every row of a file list is either still from the package or stands in the saved list.
-bool FileListMatches(const QTreeWidget* list, const QList<FileEntry>& saved)
-{
-    if (list->topLevelItemCount() != saved.size())
-        return false;
-    for (int i = 0; i < list->topLevelItemCount(); ++i) {
-        const QString cell = list->topLevelItem(i)->text(0);
-        if (IsPackagePath(cell))
-            continue;
-        const QString path = RowPath(cell);
-        const bool found = std::any_of(saved.begin(), saved.end(),
-                                       [&](const FileEntry& entry) { return entry.LocalPath == path; });
-        if (!found)
-            return false;
+    auto* list = new WListView(frame, name);
+    list->setSelectionMode(mode);
+    if (!frame->layout()) {
+        auto* layout = new QVBoxLayout(frame);
+        layout->setContentsMargins(0, 0, 0, 0);
     }
-    return true;
+    frame->layout()->addWidget(list);
+    return list;
 }
 
 } // namespace
 
-QList<IdName> ReadIdNameFile(const QString& path, bool isVariantFile)
-{
-    QList<IdName> result;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return result;
-    QTextStream stream(&file);
-    while (!stream.atEnd()) {
-        const QString line = stream.readLine();
-        if (line.startsWith("//"))
-            continue;
-        const int colon = line.indexOf(':');
-        const QString idText = colon < 0 ? line : line.left(colon);
-        const QString name = colon < 0 ? QString() : line.mid(colon + 1);
-        bool isNumber = false;
-        const int id = idText.trimmed().toInt(&isNumber);
-        const int value = isNumber ? id : 0;
-        if (value == 0) {
-            // A class needs a real id; a variant of id 0 is valid when it has a name.
-            if (!isVariantFile || name.isEmpty())
-                continue;
-        }
-        result.append({value, name});
-    }
-    return result;
-}
-
 DCreateShip::DCreateShip(std::unique_ptr<Prompter> prompter, QWidget* parent, const char* name)
     : CreateShip(parent, name), m_prompter(prompter ? std::move(prompter) : std::make_unique<QtPrompter>())
 {
-    CreateLists();
+    m_modelList = MakeList(FrameList, "models list", QAbstractItemView::ExtendedSelection);
+    m_scriptList = MakeList(FrameScripts, "script list", QAbstractItemView::SingleSelection);
+    m_otherList = MakeList(FrameOther, "other files list", QAbstractItemView::ExtendedSelection);
 
-    BaseLang = "44";
     LoadSettings();
     LoadUiTexts(true);
-
     AddListColumns();
-
-    SavedPackage.reset();
+    CreateParts();
     UpdateCaption();
 
-    LineAuthor->setText(DefAuthor);
-    LineWeb->setText(DefWeb);
-    LineMirror1->setText(DefMirror1);
-    LineMirror2->setText(DefMirror2);
+    LineAuthor->setText(m_settings.DefAuthor);
+    LineWeb->setText(m_settings.DefWeb);
+    LineMirror1->setText(m_settings.DefMirror1);
+    LineMirror2->setText(m_settings.DefMirror2);
     SpinOrgDesc->setEnabled(false);
 
     ConnectSignals();
@@ -112,39 +70,47 @@ DCreateShip::DCreateShip(std::unique_ptr<Prompter> prompter, QWidget* parent, co
         program.mkpath("temp");
 
     DetectGameDirs();
-    if (GameDirs.isEmpty())
+    if (m_settings.GameDirs.isEmpty())
         AskForGameDir();
 
-    ReadClassAndVariantFiles();
+    m_gameTexts.LoadClassesAndVariants(ProgramDir());
     CreateProgressBar();
-    TextLoaded = false;
 }
 
 DCreateShip::~DCreateShip() = default;
 
-void DCreateShip::CreateLists()
+WindowContext DCreateShip::Context()
 {
-    auto make = [](QFrame* frame, const char* name, QAbstractItemView::SelectionMode mode) {
-        auto* list = new WListView(frame, name); // owned by its frame
-        list->setSelectionMode(mode);
-        if (!frame->layout()) {
-            auto* layout = new QVBoxLayout(frame);
-            layout->setContentsMargins(0, 0, 0, 0);
-        }
-        frame->layout()->addWidget(list);
-        return list;
-    };
-    ModelList = make(FrameList, "models list", QAbstractItemView::ExtendedSelection);
-    ScriptList = make(FrameScripts, "script list", QAbstractItemView::SingleSelection);
-    OtherList = make(FrameOther, "other files list", QAbstractItemView::ExtendedSelection);
+    return {this, *m_prompter, m_uiText, m_uiTextExtra, m_settings, [this] { Slot_Modified(); }};
+}
+
+void DCreateShip::CreateParts()
+{
+    m_form = std::make_unique<FormBinding>(*this, m_settings);
+    m_models = std::make_unique<FileListController>(m_modelList, FileListKind::Models(), Context(),
+                                                    LineSceneFile, LineSceneFileCp);
+    m_others = std::make_unique<FileListController>(m_otherList, FileListKind::OtherFiles(), Context());
+    m_scripts = std::make_unique<ScriptListController>(m_scriptList, Context());
+    m_texts =
+        std::make_unique<TextListController>(ListText, Context(), [this] { return TextRaw->toPlainText(); });
+    m_dummies = std::make_unique<DummyListController>(ListDummy, Context());
+    m_components = std::make_unique<ComponentListController>(ListComp, Context());
+    m_cockpits = std::make_unique<CockpitListController>(ListCockpit, Context());
+    m_document =
+        std::make_unique<PackageDocument>(DocumentParts{*m_form, *m_models, *m_others, *m_scripts, *m_texts,
+                                                        *m_dummies, *m_components, *m_cockpits},
+                                          Context());
+    m_extraction = std::make_unique<ExtractionFlow>(
+        Context(), [this](const QString& status) { StartBusyJob(status); }, [this] { FinishBusyJob(); });
 }
 
 void DCreateShip::AddListColumns()
 {
-    ModelList->setHeaderLabels({UiText[91], UiText[92]});
-    ScriptList->setHeaderLabels({UiText[181], UiText[182], QString()});
-    ScriptList->setColumnWidth(2, 0);
-    OtherList->setHeaderLabels({UiText[91], UiText[92]});
+    const QStringList& t = m_uiText;
+    m_modelList->setHeaderLabels({t[Txt::ColumnFile], t[Txt::ColumnGameDir]});
+    m_scriptList->setHeaderLabels({t[Txt::ColumnScript], t[Txt::ColumnSize], QString()});
+    m_scriptList->setColumnWidth(2, 0);
+    m_otherList->setHeaderLabels({t[Txt::ColumnFile], t[Txt::ColumnGameDir]});
 }
 
 void DCreateShip::ConnectSignals()
@@ -160,190 +126,71 @@ void DCreateShip::ConnectSignals()
 
     connect(ButLoad, &QPushButton::clicked, this, &DCreateShip::Slot_LoadShip);
     connect(ButSave, &QPushButton::clicked, this, &DCreateShip::Slot_Save);
-    ConnectContentLists();
-}
-
-bool DCreateShip::AddGameDir(const QString& chosen)
-{
-    QString dir = chosen;
-    dir.replace('\\', '/');
-    if (!HoldsGameExecutable(dir)) {
-        prompter().critical(this, UiText[353], UiText[354], {UiText[60]});
-        return false;
-    }
-    GameDirs.removeAll(dir);
-    GameDirs.prepend(dir);
-    while (GameDirs.size() > 10)
-        GameDirs.removeLast();
-    return true;
 }
 
 void DCreateShip::AskForGameDir()
 {
-    const QString dir = prompter().directory(this, UiText[235], QString());
-    if (!dir.isEmpty())
-        AddGameDir(dir);
-}
-
-void DCreateShip::ReadClassAndVariantFiles()
-{
-    ShipClasses = ReadIdNameFile(ProgramPath("/data/classes"), false);
-    ShipVariants = ReadIdNameFile(ProgramPath("/data/variant"), true);
-    ClassNames = QStringList(ShipClasses.size(), QString());
-    VariantNames = QStringList(ShipVariants.size(), QString());
+    const QString answer = prompter().directory(this, m_uiText[Txt::GameDirCaption], QString());
+    if (answer.isEmpty())
+        return;
+    const QString dir = QString(answer).replace('\\', '/');
+    if (!HoldsGameExecutable(dir)) {
+        prompter().critical(this, m_uiText[Txt::InvalidGameDir], m_uiText[Txt::InvalidGameDirText],
+                            {m_uiText[Txt::Ok]});
+        return;
+    }
+    PutGameDirFirst(m_settings.GameDirs, dir);
 }
 
 void DCreateShip::CreateProgressBar()
 {
-    ProgressBar = new StatusProgressBar(QMainWindow::statusBar(), "progress"); // owned by the status bar
-    QMainWindow::statusBar()->addPermanentWidget(ProgressBar);
-    ProgressBar->hide();
+    m_progressBar = new StatusProgressBar(QMainWindow::statusBar(), "progress"); // owned by the status bar
+    QMainWindow::statusBar()->addPermanentWidget(m_progressBar);
+    m_progressBar->hide();
 }
 
 void DCreateShip::UpdateCaption()
 {
-    if (!EditTarget.isEmpty())
+    // Edit mode sets the caption once when it starts.
+    if (!m_editTarget.isEmpty())
         return;
     const QString head = "X3 - Hullwright V" + QString::asprintf("%.2f", 2.0);
-    if (CurrentFile.isEmpty())
-        setWindowTitle(head + " [" + UiText[30] + "]");
+    const QString& file = m_document->CurrentFile();
+    if (file.isEmpty())
+        setWindowTitle(head + " [" + m_uiText[Txt::NewShipCaption] + "]");
     else if (IsModified())
-        setWindowTitle(head + " [*" + CurrentFile + "]");
+        setWindowTitle(head + " [*" + file + "]");
     else
-        setWindowTitle(head + " [" + CurrentFile + "]");
+        setWindowTitle(head + " [" + file + "]");
 }
 
 void DCreateShip::Slot_Modified()
 {
-    if (CurrentFile.isEmpty())
-        return;
-    UpdateCaption();
+    // A ship that was never saved shows no star, whatever changes.
+    if (m_document && !m_document->CurrentFile().isEmpty())
+        UpdateCaption();
 }
 
 bool DCreateShip::IsModified() const
 {
-    if (!SavedPackage)
-        return true;
-    const ShipPackage& saved = *SavedPackage;
-    const QString line = TextRaw->toPlainText();
-
-    if (line != saved.Data || LineName->text() != saved.Name || LineAuthor->text() != saved.Author)
-        return true;
-    if (LineVersion->text() != saved.Version || LineID->text() != saved.ID || LineWeb->text() != saved.Web ||
-        LineMirror1->text() != saved.Mirror1 || LineMirror2->text() != saved.Mirror2)
-        return true;
-
-    const std::array<const QCheckBox*, ShipyardCount> yards = {
-        CheckArgon, CheckBoron, CheckParanid, CheckSplit, CheckTeladi, CheckPirate, CheckFriend, CheckXenon};
-    for (int i = 0; i < ShipyardCount; ++i)
-        if (yards[i]->isChecked() != saved.Shipyards[i])
-            return true;
-
-    if (CommentToRecord(TextComment->toPlainText()) != saved.Comment)
-        return true;
-
-    const QString screen = LineScreen->text();
-    if (screen.isEmpty() && !saved.ScreenShot.isEmpty())
-        return true;
-    if (!screen.isEmpty() && !IsPackagePath(screen))
-        return true;
-
-    if (ShipField(line, 16) != LineShipScene->text() || ShipField(line, 17) != LineCockpitScene->text())
-        return true;
-    for (const QLineEdit* scene : {LineSceneFile, LineSceneFileCp})
-        if (!scene->text().isEmpty() && !IsPackagePath(scene->text()))
-            return true;
-
-    if (!FileListMatches(ModelList, saved.Models) || !FileListMatches(OtherList, saved.Files) ||
-        !FileListMatches(ScriptList, saved.Scripts))
-        return true;
-
-    if (ListCockpit->topLevelItemCount() != saved.Cockpits.size())
-        return true;
-    for (int i = 0; i < ListCockpit->topLevelItemCount(); ++i)
-        if (!saved.Cockpits.contains(ListCockpit->topLevelItem(i)->text(2)))
-            return true;
-
-    if (ListDummy->topLevelItemCount() != saved.Dummies.size())
-        return true;
-    for (int i = 0; i < ListDummy->topLevelItemCount(); ++i) {
-        const QTreeWidgetItem* row = ListDummy->topLevelItem(i);
-        if (!saved.Dummies.contains(DummyEntry{row->text(0), row->text(1)}))
-            return true;
-    }
-
-    if (ListText->topLevelItemCount() != saved.Texts.size())
-        return true;
-    for (int i = 0; i < ListText->topLevelItemCount(); ++i) {
-        const QTreeWidgetItem* row = ListText->topLevelItem(i);
-        const TextEntry text{row->text(0).toInt(), row->text(1), row->text(2)};
-        if (!saved.Texts.contains(text))
-            return true;
-    }
-    return false;
+    return m_document->IsModified();
 }
 
 bool DCreateShip::HasContent() const
 {
-    auto filled = [](const QLineEdit* line) { return !line->text().isEmpty(); };
-    auto changed = [](const QLineEdit* line, const QString& fallback) {
-        return !line->text().isEmpty() && line->text() != fallback;
-    };
-    if (filled(LineName) || filled(LineVersion) || filled(LineID) || changed(LineAuthor, DefAuthor))
-        return true;
-    for (const QCheckBox* box : {CheckArgon, CheckBoron, CheckParanid, CheckTeladi, CheckSplit, CheckPirate,
-                                 CheckFriend, CheckXenon, CheckLangText})
-        if (box->isChecked())
-            return true;
-    for (const QTreeWidget* list : std::initializer_list<const QTreeWidget*>{
-             ListText, ListDummy, ListComp, ListCockpit, ScriptList, OtherList, ModelList})
-        if (list->topLevelItemCount() > 0)
-            return true;
-    if (TextRaw->toPlainText() != DefaultShipLine)
-        return true;
-    if (filled(LineShipScene) || filled(LineCockpitScene) || filled(LineSceneFile) || filled(LineSceneFileCp))
-        return true;
-    if (changed(LineWeb, DefWeb) || changed(LineMirror1, DefMirror1) || changed(LineMirror2, DefMirror2))
-        return true;
-    if (filled(LineScreen) || !TextComment->toPlainText().isEmpty())
-        return true;
-    return CheckExisting->isChecked() || CheckExistingShip->isChecked();
+    return m_document->HasContent();
 }
 
 bool DCreateShip::ClearDocument()
 {
     if (HasContent() && IsModified()) {
-        const int answer = prompter().question(this, UiText[393], UiText[394], {UiText[81], UiText[82]});
+        const int answer =
+            prompter().question(this, m_uiText[Txt::UnsavedCaption], m_uiText[Txt::UnsavedText],
+                                {m_uiText[Txt::Yes], m_uiText[Txt::No]});
         if (answer != 0)
             return false;
     }
-    for (QLineEdit* line : {LineName, LineAuthor, LineVersion, LineID})
-        line->clear();
-    for (QCheckBox* box : {CheckArgon, CheckBoron, CheckParanid, CheckTeladi, CheckSplit, CheckPirate,
-                           CheckFriend, CheckXenon, CheckLangText, CheckExisting, CheckExistingShip})
-        box->setChecked(false);
-
-    SpinOrgDesc->setEnabled(false);
-    SpinOrgDesc->setValue(1);
-    ListText->setEnabled(true);
-
-    for (QTreeWidget* list : std::initializer_list<QTreeWidget*>{ListText, ModelList, ListDummy, ListComp,
-                                                                 ListCockpit, ScriptList, OtherList})
-        list->clear();
-
-    TextRaw->setPlainText(DefaultShipLine);
-    for (QLineEdit* line : {LineShipScene, LineCockpitScene, LineSceneFile, LineSceneFileCp})
-        line->clear();
-
-    LineAuthor->setText(DefAuthor);
-    LineWeb->setText(DefWeb);
-    LineMirror1->setText(DefMirror1);
-    LineMirror2->setText(DefMirror2);
-    TextComment->clear();
-    LineScreen->clear();
-
-    SavedPackage.reset();
-    CurrentFile.clear();
+    m_document->Clear();
     UpdateCaption();
     return true;
 }
@@ -359,9 +206,59 @@ void DCreateShip::SetBusy(bool enable)
         unsetCursor();
 }
 
+void DCreateShip::StartBusyJob(const QString& status)
+{
+    SetBusy(false);
+    repaint();
+    QMainWindow::statusBar()->showMessage(status);
+}
+
+void DCreateShip::FinishBusyJob()
+{
+    QMainWindow::statusBar()->clearMessage();
+    SetBusy(true);
+}
+
 void DCreateShip::CleanWorkDirs()
 {
     for (const QString& dir : {ProgramPath("/ShipInstall"), ProgramPath("/temp")})
         if (QFileInfo(dir).isDir())
             RemoveTree(dir, true);
+}
+
+void DCreateShip::ShowProgress(int64_t done, int64_t total)
+{
+    // The bar counts in int: large totals are scaled down together with the value.
+    int64_t scale = 1;
+    while (total / scale > INT_MAX / 2)
+        scale *= 2;
+    const int maximum = int(std::max<int64_t>(total / scale, 1));
+    if (m_progressBar->maximum() != maximum || m_progressBar->minimum() != 0)
+        m_progressBar->setRange(0, maximum);
+    m_progressBar->setValue(int(std::min<int64_t>(done / scale, maximum)));
+}
+
+QString DCreateShip::PrepareFile(FileEntry& file, bool compile)
+{
+    return ::PrepareFile(file, compile, ProgramDir(), m_settings.X2bcDir);
+}
+
+void DCreateShip::GetText()
+{
+    DetectGameDirs();
+    m_gameTexts.Load(m_settings.GameDirs.value(0), m_settings.BaseLang, m_settings.ReadTextTableAtStart);
+    setEnabled(true);
+    repaint();
+    QMainWindow::statusBar()->clearMessage();
+}
+
+void DCreateShip::ParseGameText(const QString& path)
+{
+    m_gameTexts.ParseFile(path);
+}
+
+void DCreateShip::StartEditMode()
+{
+    // Opening a ship installed in the game is not built yet: the window
+    // starts as it would without -e.
 }

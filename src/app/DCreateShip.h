@@ -1,15 +1,36 @@
 // The main window and the one holder of the document.
 //
-// The form itself is the working copy of the open ship package: the line
-// edits, check boxes, lists and the raw text field hold the ship, and there is
-// no model behind them. A ShipPackage exists only as the record built for a
-// save and as SavedPackage, the image of the last save or open against which
-// IsModified compares the form.
+// How the window is put together. The form (CreateShip, from its .ui) is the
+// working copy of the open package: its line edits, check boxes, lists and
+// the raw ship line hold the ship, and no model stands behind them. The
+// window itself is thin. It keeps the design's members and slots, but each
+// slot hands its work to a part the window owns:
+//
+//   FormBinding              which widget holds which field of ShipPackage
+//   FileListController (2)   the model list and the other-files list
+//   ScriptListController     the script list
+//   TextListController       the language texts, with their import
+//   Dummy/Component/CockpitListController   the rows for the game's tables
+//   PackageDocument          build, show, modified check, open, save; SavedPackage
+//   ExtractionFlow           taking a package apart
+//   GameTextStore            the game's texts, classes and variations
+//   AppSettings              config.dat as one value (src/core)
+//
+// Every part gets a WindowContext: the parent for its dialogs, the Prompter
+// through which every standard dialog is asked, the interface texts, the
+// settings and the window's Slot_Modified. A new feature adds a part of its
+// own in its own files, and the window's slot becomes a one-line call.
+//
+// Long jobs never run in the slot the user triggered: the slot makes the
+// window busy, shows a status text and starts a 100 ms single-shot timer
+// whose slot does the work and ends with SetBusy(true).
 #pragma once
 
+#include "app/GameTextStore.h"
+#include "core/AppSettings.h"
 #include "forms/CreateShip.h"
 #include "forms/Prompter.h"
-#include "language/GameText.h"
+#include "gamedata/ShipLine.h"
 #include "language/UiTexts.h"
 #include "package/ShipPackage.h"
 
@@ -19,22 +40,24 @@
 
 #include <memory>
 
+class CockpitListController;
+class ComponentListController;
+class DummyListController;
+class ExtractionFlow;
+class FileListController;
+class FormBinding;
+class PackageDocument;
+class ScriptListController;
 class StatusProgressBar;
+class TextListController;
 class WListView;
-
-// The TShips line of a new ship: 65 fields and a trailing semicolon.
-extern const char* const DefaultShipLine;
+struct WindowContext;
 
 // Joins the raw argument vector (from its second token on) into option
 // entries, so that a path with blanks works whether or not the shell kept it
 // together. A token that starts with "-" (quotes aside) starts a new entry.
 QStringList SplitArguments(int argc, char** argv);
 QStringList SplitArguments(const QStringList& tokens);
-
-// Reads data/classes or data/variant: "<id>:<name>" lines, "//" comments.
-// Lines without a number, and in the classes file lines of id 0, are skipped;
-// a variant of id 0 is kept when it has a name.
-QList<IdName> ReadIdNameFile(const QString& path, bool isVariantFile);
 
 class DCreateShip : public CreateShip
 {
@@ -54,6 +77,7 @@ public:
     void UpdateCaption();
     bool IsModified() const;
     bool HasContent() const;
+    // Asks before unsaved content goes; false when the user backs out.
     bool ClearDocument();
     void SetBusy(bool enable);
     void CleanWorkDirs();
@@ -67,9 +91,35 @@ public:
     // model) and returns the path of the file to store.
     QString PrepareFile(FileEntry& file, bool compile);
 
+    bool OpenPackage(const QString& path);
+    bool Save(const QString& path);
+    // Reads the form into a new record for a save; the form's ship line takes
+    // the settled line.
+    std::unique_ptr<ShipPackage> BuildPackage();
+    // Fills the form from a record whose files lie in WorkDir.
+    void ShowPackage(const ShipPackage& record);
+    // Sets the status bar's progress bar to `done` of `total`.
+    void ShowProgress(int64_t done, int64_t total);
+    // Edit mode: the ship named by EditTarget, installed in the game.
+    virtual void StartEditMode();
+    // Parses one plain language page of the base language into the game's texts.
+    void ParseGameText(const QString& path);
+
+    // Narrow access for the parts' callers and for tests.
     Prompter& prompter() const { return *m_prompter; }
-    const QStringList& uiText() const { return UiText; }
-    const QStringList& uiTextExtra() const { return UiTextExtra; }
+    const QStringList& uiText() const { return m_uiText; }
+    const QStringList& uiTextExtra() const { return m_uiTextExtra; }
+    const QList<LanguageEntry>& languages() const { return m_languages; }
+    const AppSettings& settings() const { return m_settings; }
+    void setSettings(const AppSettings& settings) { m_settings = settings; }
+    const GameTextStore& gameTexts() const { return m_gameTexts; }
+    PackageDocument& document() const { return *m_document; }
+    const ExtractionFlow& extraction() const { return *m_extraction; }
+    const QString& editTarget() const { return m_editTarget; }
+    WListView* modelList() const { return m_modelList; }
+    WListView* otherList() const { return m_otherList; }
+    WListView* scriptList() const { return m_scriptList; }
+    StatusProgressBar* progressBar() const { return m_progressBar; }
 
 public slots:
     void Slot_New() override;
@@ -84,82 +134,13 @@ public slots:
     void GetText();
     void Slot_ExtractShip() override;
     void Slot_StartExtract();
-    // Takes a ship line, or cockpit lines, out of a table that the user
+    // Take a ship line, or cockpit lines, out of a table that the user
     // chooses: a plain .txt, a packed .pck or a catalog.
     void Slot_LoadShip() override;
     void Slot_LoadCockpit() override;
 
-public:
-    // Operations whose work lands with the package reader, writer, edit mode
-    // and extraction; the window's flow around them is complete.
-    bool OpenPackage(const QString& path);
-    bool Save(const QString& path);
-    // Reads the form into a new record for a save. The ship line is settled
-    // on the way (scene fields, turret cockpits by name, the id as its last
-    // field) and TextRaw takes it.
-    std::unique_ptr<ShipPackage> BuildPackage();
-    // Fills the form from a record whose files lie in WorkDir.
-    void ShowPackage(const ShipPackage& record);
-    // Sets the status bar's progress bar to `done` of `total`.
-    void ShowProgress(int64_t done, int64_t total);
-    virtual void StartEditMode();
-    void AskExtractTarget(const QString& package, bool quiet);
-    void ExtractTo(const QString& package, const QString& directory, bool quiet);
-
-    // --- Members, in the order the window keeps them.
-    WListView* ModelList = nullptr;
-    WListView* ScriptList = nullptr;
-    WListView* OtherList = nullptr;
-    QString PathToSave;
-    QString PathToOpen;
-    QString CurrentFile;
-    QString ExtractSource;
-    QString ExtractTarget;
-    QString ModDir, ModelDir, SaveDir, TypeDir, TextDir, X2bcDir, ScriptDir;
-    QString DefAuthor, DefWeb, DefMirror1, DefMirror2;
-    QString EditTarget;
-    QString ModName;
-    QString BaseLang = "44";
-    StatusProgressBar* ProgressBar = nullptr;
-    QString Language = "English";
-    QList<LanguageEntry> Languages;
-    QList<ShipPackage> InstalledShips;
-    QStringList GameDirs;
-    bool X2BC = false;
-    bool SaveWeb = false;
-    bool Prefix = false;
-    int32_t UpdateTime = 0;
-    QStringList UiText;
-    QStringList UiTextExtra;
-    int32_t Buffer = 0;
-    int32_t FakePatch = 0;
-    QStringList ShipList;
-    bool ReadTextAtStart = true;
-    bool ReadTextTableAtStart = true;
-    std::unique_ptr<ShipPackage> SavedPackage;
-    QList<IdName> ShipClasses;
-    QList<IdName> ShipVariants;
-    QStringList ClassNames;
-    QStringList VariantNames;
-    bool TextLoaded = false;
-    // The texts of pages 17 and 2006 of the base language, in the order read.
-    QList<GameText> GameTextList;
-
-    // Parses one plain language file of the base language into GameTextList,
-    // the variant names and the class names, then resolves "{17,<id>}"
-    // references among the variant names.
-    void ParseGameText(const QString& path);
-    // Adds a ListText row from the plain language file at `path` when it holds
-    // the name of the ship in TextRaw; the language code is the first two
-    // characters of `sourceName`'s file name. True when a row was added.
-    bool ImportTextFile(const QString& path, const QString& sourceName);
-    // Imports the language file at `path` (plain, or packed .pck); true when a
-    // row was added.
-    bool ImportLanguageFile(const QString& path);
-
-    // --- The content lists: models, other files, scripts, language texts,
-    // the scene file fields and the picture field.
-public slots:
+    // The content lists: models, other files, scripts, language texts, the
+    // scene file fields and the picture field.
     void Slot_Dropped(const QString& text);
     void Slot_OtherDropped(const QString& text);
     void Slot_ScriptDropped(const QString& text);
@@ -188,9 +169,8 @@ public slots:
     void Slot_ChangeName();
     void Slot_ChangeDesc();
     void ClearText();
-    // Reading a ship's texts out of the game's language files; the text menu offers them.
-    virtual void Slot_ImportText();
-    virtual void Slot_ImportTextDir();
+    void Slot_ImportText();
+    void Slot_ImportTextDir();
     void Slot_SelectSceneFile() override;
     void Slot_SelectSceneFileCp() override;
     void Slot_ClearShipScene() override;
@@ -198,30 +178,49 @@ public slots:
     void Slot_SelectPic() override;
 
 public:
-    // The context menus as a right click on `item` (null: no row) builds
-    // them; the caller runs and then destroys the menu.
+    // The context menus a right click on `item` (null: no row) gets; the
+    // caller runs and then destroys the menu.
     std::unique_ptr<QMenu> BuildModelMenu(QTreeWidgetItem* item);
     std::unique_ptr<QMenu> BuildOtherMenu(QTreeWidgetItem* item);
     std::unique_ptr<QMenu> BuildScriptMenu(QTreeWidgetItem* item);
     std::unique_ptr<QMenu> BuildTextMenu(QTreeWidgetItem* item);
-    // A file size for the script list: four blanks, the value and its unit text.
-    QString FormatSize(qint64 size) const;
 
 private:
-    void ConnectContentLists();
-    // Where each id of GameTextList stands, while GetText reads.
-    GameTextIndex m_gameTextIndex;
-
-private:
-    void CreateLists();
+    WindowContext Context();
+    void CreateParts();
     void AddListColumns();
     void ConnectSignals();
     void AskForGameDir();
-    void ReadClassAndVariantFiles();
     void CreateProgressBar();
+    void StartBusyJob(const QString& status);
+    void FinishBusyJob();
     bool ValidateForSave();
     void StartSave(bool alwaysAsk);
-    bool AddGameDir(const QString& dir);
 
     std::unique_ptr<Prompter> m_prompter;
+    AppSettings m_settings;
+    QStringList m_uiText;
+    QStringList m_uiTextExtra;
+    QList<LanguageEntry> m_languages;
+    GameTextStore m_gameTexts;
+    QString m_editTarget; // the value of -e; not empty means edit mode
+    QString m_pathToOpen; // hand-over from Slot_Open to Slot_OpenFile
+    QString m_pathToSave; // hand-over from Slot_Save and Slot_SaveAs to Slot_SaveFile
+
+    // Widgets made at run time, owned by their frames and the status bar.
+    WListView* m_modelList = nullptr;
+    WListView* m_scriptList = nullptr;
+    WListView* m_otherList = nullptr;
+    StatusProgressBar* m_progressBar = nullptr;
+
+    std::unique_ptr<FormBinding> m_form;
+    std::unique_ptr<FileListController> m_models;
+    std::unique_ptr<FileListController> m_others;
+    std::unique_ptr<ScriptListController> m_scripts;
+    std::unique_ptr<TextListController> m_texts;
+    std::unique_ptr<DummyListController> m_dummies;
+    std::unique_ptr<ComponentListController> m_components;
+    std::unique_ptr<CockpitListController> m_cockpits;
+    std::unique_ptr<PackageDocument> m_document;
+    std::unique_ptr<ExtractionFlow> m_extraction;
 };

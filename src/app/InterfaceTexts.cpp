@@ -1,7 +1,9 @@
-// Loading the interface language and handing its texts to the main window.
+// Loading the interface language and giving the window its texts.
 #include "app/DCreateShip.h"
 
-#include "app/core/ProgramDir.h"
+#include "app/ContentListSupport.h"
+#include "app/WindowTexts.h"
+#include "core/ProgramDir.h"
 #include "forms/WListView.h"
 
 #include <QMenuBar>
@@ -14,11 +16,6 @@ void SetTab(QTabWidget* tabs, QWidget* page, const QString& text)
     const int index = tabs->indexOf(page);
     if (index >= 0)
         tabs->setTabText(index, text);
-}
-
-QString BoldLabel(const QString& text)
-{
-    return "<b>" + text + ":</b>";
 }
 
 // The tool bar shows an action's plain text: no mnemonic, no trailing dots.
@@ -43,23 +40,34 @@ void SetHeaders(QTreeWidget* list, const QStringList& titles)
 void DCreateShip::LoadUiTexts(bool read)
 {
     if (read) {
-        UiText = PlaceholderUiTexts(UiTextCount);
-        UiTextExtra = PlaceholderUiTexts(UiTextExtraCount);
-        Languages.clear();
-        ReadUiTexts(ProgramPath("/hw_languages.xml"), Language, UiText, UiTextExtra, Languages);
+        m_uiText = PlaceholderUiTexts(UiTextCount);
+        m_uiTextExtra = PlaceholderUiTexts(UiTextExtraCount);
+        m_languages.clear();
+        ReadUiTexts(ProgramPath("/hw_languages.xml"), m_settings.Language, m_uiText, m_uiTextExtra,
+                    m_languages);
     }
-    const QStringList& t = UiText;
+    const QStringList& t = m_uiText;
 
     menuBar()->hide();
     const QList<QAction*> menus = menuBar()->actions();
-    const int menuTexts[] = {0, 1, 191};
+    const int menuTexts[] = {Txt::MenuFile, Txt::MenuSettings, Txt::MenuTools};
     for (int i = 0; i < 3 && i < menus.size(); ++i)
         menus[i]->setText(t[menuTexts[i]]);
 
+    // An action's tool tip is the text behind its own.
     const std::pair<QAction*, int> actions[] = {
-        {fileNew, 2},         {fileOpen, 4},       {fileSave, 6},       {fileSaveAs, 8},
-        {fileLoad, 10},       {fileImport, 12},    {fileExit, 14},      {settingConfig, 16},
-        {settingManage, 311}, {toolsExtract, 192}, {toolsBalance, 309}, {toolsConfig, 313},
+        {fileNew, Txt::ActionNew},
+        {fileOpen, Txt::ActionOpen},
+        {fileSave, Txt::ActionSave},
+        {fileSaveAs, Txt::ActionSaveAs},
+        {fileLoad, Txt::ActionLoadShip},
+        {fileImport, Txt::ActionImportWizard},
+        {fileExit, Txt::ActionExit},
+        {settingConfig, Txt::ActionConfiguration},
+        {settingManage, Txt::ActionManageProfiles},
+        {toolsExtract, Txt::ActionExtract},
+        {toolsBalance, Txt::ActionBalance},
+        {toolsConfig, Txt::ActionConfigureShip},
     };
     for (const auto& [action, index] : actions) {
         action->setText(t[index]);
@@ -68,38 +76,63 @@ void DCreateShip::LoadUiTexts(bool read)
     }
 
     const std::pair<QWidget*, int> tabs[] = {
-        {TabMain, 20},   {TabText, 21}, {TabScene, 22},   {TabModel, 23},    {TabDummy, 24},  {TabComp, 25},
-        {TCockpits, 26}, {TabRaw, 124}, {TabUpdate, 169}, {TabScripts, 179}, {TabExtra, 201}, {TabOther, 229},
+        {TabMain, Txt::TabMain},       {TabText, Txt::TabText},   {TabScene, Txt::TabScene},
+        {TabModel, Txt::TabModel},     {TabDummy, Txt::TabDummy}, {TabComp, Txt::TabComp},
+        {TCockpits, Txt::TabCockpits}, {TabRaw, Txt::TabRaw},     {TabUpdate, Txt::TabUpdate},
+        {TabScripts, Txt::TabScripts}, {TabExtra, Txt::TabExtra}, {TabOther, Txt::TabOther},
     };
     for (const auto& [page, index] : tabs)
         SetTab(TabData, page, t[index]);
 
     const std::pair<QAbstractButton*, int> buttons[] = {
-        {ButLoad, 18},        {ButImport, 19},   {ButSave, 27},        {ButSaveAs, 28},
-        {ButClose, 29},       {ButDummy, 103},   {ButComp, 121},       {ButLoadCockpit, 126},
-        {ButCustom, 208},     {ButBalance, 301}, {CheckExisting, 363}, {CheckExistingShip, 397},
-        {CheckArgon, 36},     {CheckBoron, 37},  {CheckParanid, 38},   {CheckTeladi, 39},
-        {CheckSplit, 40},     {CheckPirate, 41}, {CheckFriend, 260},   {CheckXenon, 261},
-        {CheckLangText, 396},
+        {ButLoad, Txt::ButtonLoad},
+        {ButImport, Txt::ButtonImport},
+        {ButSave, Txt::ButtonSave},
+        {ButSaveAs, Txt::ButtonSaveAs},
+        {ButClose, Txt::ButtonClose},
+        {ButDummy, Txt::ButtonImportDummies},
+        {ButComp, Txt::ButtonImportComponents},
+        {ButLoadCockpit, Txt::ButtonImportCockpits},
+        {ButCustom, Txt::ButtonCustomise},
+        {ButBalance, Txt::ButtonBalance},
+        {CheckExisting, Txt::CheckUseGameDescription},
+        {CheckExistingShip, Txt::CheckReplacesShip},
+        {CheckArgon, Txt::YardArgon},
+        {CheckBoron, Txt::YardBoron},
+        {CheckParanid, Txt::YardParanid},
+        {CheckTeladi, Txt::YardTeladi},
+        {CheckSplit, Txt::YardSplit},
+        {CheckPirate, Txt::YardPirates},
+        {CheckFriend, Txt::YardFriendly},
+        {CheckXenon, Txt::YardXenon},
+        {CheckLangText, Txt::CheckLanguageText},
     };
     for (const auto& [button, index] : buttons)
         button->setText(t[index]);
-    GroupShipyard->setTitle(t[35]);
+    GroupShipyard->setTitle(t[Txt::GroupShipyards]);
 
     const std::pair<QLabel*, int> labels[] = {
-        {LabelWeb, 170},          {LabelMirror1, 171}, {LabelMirror2, 172}, {LabelShipID, 31},
-        {LabelShipName, 32},      {LabelAuthor, 33},   {LabelVersion, 34},  {LabelShipScene, 101},
-        {LabelCockpitScene, 102}, {LabelScreen, 202},  {LabelComment, 203},
+        {LabelWeb, Txt::LabelWeb},
+        {LabelMirror1, Txt::LabelMirror1},
+        {LabelMirror2, Txt::LabelMirror2},
+        {LabelShipID, Txt::LabelShipId},
+        {LabelShipName, Txt::LabelShipName},
+        {LabelAuthor, Txt::LabelAuthor},
+        {LabelVersion, Txt::LabelVersion},
+        {LabelShipScene, Txt::LabelShipScene},
+        {LabelCockpitScene, Txt::LabelCockpitScene},
+        {LabelScreen, Txt::LabelScreenshot},
+        {LabelComment, Txt::LabelComment},
     };
     for (const auto& [label, index] : labels)
         label->setText(BoldLabel(t[index]));
-    LabelScripts->setText(t[180]);
+    LabelScripts->setText(t[Txt::LabelScripts]);
 
-    SetHeaders(ListText, {t[42], t[43], t[44]});
-    SetHeaders(ListDummy, {t[104], t[105]});
-    SetHeaders(ListComp, {t[104], t[122], t[105]});
-    SetHeaders(ListCockpit, {t[122], t[125], t[105]});
-    if (ScriptList)
-        SetHeaders(ScriptList, {t[181], t[182]});
+    SetHeaders(ListText, {t[Txt::ColumnLanguage], t[Txt::ColumnShipName], t[Txt::ColumnDescription]});
+    SetHeaders(ListDummy, {t[Txt::ColumnSection], t[Txt::ColumnData]});
+    SetHeaders(ListComp, {t[Txt::ColumnSection], t[Txt::ColumnId], t[Txt::ColumnData]});
+    SetHeaders(ListCockpit, {t[Txt::ColumnId], t[Txt::ColumnIndex], t[Txt::ColumnData]});
+    if (m_scriptList)
+        SetHeaders(m_scriptList, {t[Txt::ColumnScript], t[Txt::ColumnSize]});
     menuBar()->show();
 }

@@ -1,20 +1,19 @@
 // Taking a ship line or cockpit lines out of a table of the game or a mod.
 #include "app/DCreateShip.h"
+
 #include "app/SelectShip.h"
-
-#include "app/core/ProgramDir.h"
-#include "gamedata/ShipLine.h"
-
-#include <QIcon>
-#include <QTreeWidgetItem>
+#include "app/TableListControllers.h"
+#include "app/WindowTexts.h"
 
 void DCreateShip::Slot_LoadShip()
 {
     DetectGameDirs();
-    DSelectShip dialog(prompter(), UiText, GameDirs.value(0), BaseLang, &GameTextList, &ShipVariants,
-                       &VariantNames, this);
-    dialog.Setup(UiText[55] + " (tships.txt tships.pck *.cat);;" + UiText[56] + " (*.cat)", UiText[57],
-                 "types\\TShips.pck", TypeDir);
+    const QStringList& t = m_uiText;
+    DSelectShip dialog(prompter(), t, m_settings.GameDirs.value(0), m_settings.BaseLang, &m_gameTexts.Texts(),
+                       &m_gameTexts.Variants(), &m_gameTexts.VariantNames(), this);
+    dialog.Setup(t[Txt::ShipTableFilter] + " (tships.txt tships.pck *.cat);;" + t[Txt::CatalogFilter] +
+                     " (*.cat)",
+                 t[Txt::ShipTableCaption], "types\\TShips.pck", m_settings.TypeDir);
     dialog.Slot_OpenFile();
     if (dialog.ListShips->topLevelItemCount() == 0 || dialog.exec() != QDialog::Accepted)
         return;
@@ -22,9 +21,9 @@ void DCreateShip::Slot_LoadShip()
     if (!chosen)
         return;
     TextRaw->setPlainText(chosen->Line);
-    LineShipScene->setText(ShipField(chosen->Line, 16));
-    LineCockpitScene->setText(ShipField(chosen->Line, 17));
-    SpinOrgDesc->setValue(ShipFieldInt(chosen->Line, 6));
+    LineShipScene->setText(ShipField(chosen->Line, ShipLineField::ShipScene));
+    LineCockpitScene->setText(ShipField(chosen->Line, ShipLineField::CockpitScene));
+    SpinOrgDesc->setValue(ShipFieldInt(chosen->Line, ShipLineField::NameId));
     LineID->setText(chosen->Id);
 }
 
@@ -32,23 +31,17 @@ void DCreateShip::Slot_LoadCockpit()
 {
     DetectGameDirs();
     // No game directory: the rows show ids only, and no names are looked up.
-    DSelectShip dialog(prompter(), UiText, QString(), QString(), nullptr, nullptr, nullptr, this);
+    DSelectShip dialog(prompter(), m_uiText, QString(), QString(), nullptr, nullptr, nullptr, this);
     dialog.Setup("TCockpit file (tcockpits.txt tcockpits.pck *.cat);;X Catalog Files (*.cat)",
-                 "Select the TCockpits file to open", "types\\TCockpits.pck", TypeDir);
+                 "Select the TCockpits file to open", "types\\TCockpits.pck", m_settings.TypeDir);
     dialog.ListShips->setSelectionMode(QAbstractItemView::MultiSelection);
     dialog.Slot_OpenFile();
     if (dialog.ListShips->topLevelItemCount() == 0 || dialog.exec() != QDialog::Accepted)
         return;
-    const QIcon icon(ProgramPath("/Icons/cockpit.png"));
-    bool added = false;
-    for (const SelectedLine* line = dialog.FirstSelected(); line; line = dialog.NextSelected()) {
-        auto* item = new QTreeWidgetItem(ListCockpit); // owned by the list
-        item->setText(0, line->Id);
-        item->setText(1, QString::number(line->Index));
-        item->setText(2, line->Line);
-        item->setIcon(0, icon);
-        added = true;
-    }
-    if (added)
+    QList<CockpitListRow> rows;
+    for (const SelectedLine* line = dialog.FirstSelected(); line; line = dialog.NextSelected())
+        rows.append({line->Id, QString::number(line->Index), line->Line});
+    m_cockpits->Add(rows);
+    if (!rows.isEmpty())
         Slot_Modified();
 }

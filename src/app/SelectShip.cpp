@@ -1,8 +1,9 @@
 #include "app/SelectShip.h"
 
-#include "app/core/ProgramDir.h"
-#include "app/core/Services.h"
+#include "app/WindowTexts.h"
 #include "catfs/transfer/GameFile.h"
+#include "core/ProgramDir.h"
+#include "core/Services.h"
 #include "forms/Prompter.h"
 #include "gamedata/ShipLine.h"
 #include "gamedata/TypesFile.h"
@@ -19,8 +20,6 @@
 
 namespace {
 
-constexpr int kNameIdField = 6;
-constexpr int kVariationField = 50;
 constexpr int kRowNumberColumn = 2;
 
 bool IsCatalogPath(const QString& path)
@@ -71,8 +70,8 @@ DSelectShip::DSelectShip(Prompter& prompter, const QStringList& uiText, const QS
         BuildGameTextIndex(*m_gameTexts, m_gameTextIndex);
     ResetVariantNames();
     SetUpColumns();
-    ButSelect->setText(m_uiText.value(62));
-    ButClose->setText(m_uiText.value(29));
+    ButSelect->setText(m_uiText.value(Txt::ButtonSelect));
+    ButClose->setText(m_uiText.value(Txt::ButtonClose));
 }
 
 void DSelectShip::ResetVariantNames()
@@ -96,7 +95,8 @@ void DSelectShip::SetUpColumns()
 {
     if (!HasGameDir())
         return;
-    ListShips->setHeaderLabels({m_uiText.value(31), m_uiText.value(32), QStringLiteral("#")});
+    ListShips->setHeaderLabels(
+        {m_uiText.value(Txt::LabelShipId), m_uiText.value(Txt::LabelShipName), QStringLiteral("#")});
     ListShips->setColumnHidden(kRowNumberColumn, true);
 }
 
@@ -134,8 +134,9 @@ void DSelectShip::OpenTable(const QString& chosen)
             return;
         table = ExtractWorkFile(chosen + "::" + m_defaultEntry);
         if (table.isEmpty()) {
-            m_prompter.warning(this, m_uiText.value(58), m_uiText.value(59) + "\n" + m_defaultEntry,
-                               {m_uiText.value(60)});
+            m_prompter.warning(this, m_uiText.value(Txt::TableExtractFailed),
+                               m_uiText.value(Txt::TableExtractFailedText) + "\n" + m_defaultEntry,
+                               {m_uiText.value(Txt::Ok)});
             return;
         }
         temporary = true;
@@ -148,7 +149,7 @@ void DSelectShip::OpenTable(const QString& chosen)
         table = extension == "pck" ? UnpackBeside(chosen) : chosen;
     }
 
-    setWindowTitle("Qt: " + m_uiText.value(61) + " - " + shown);
+    setWindowTitle("Qt: " + m_uiText.value(Txt::ShipSelectionCaption) + " - " + shown);
     ListShips->clear();
     LineFile->clear();
     table.replace(u'\\', u'/');
@@ -204,10 +205,10 @@ QString DSelectShip::LookUpName(int textId) const
 
 QString DSelectShip::DisplayName(const QString& line) const
 {
-    QString name = LookUpName(ShipFieldInt(line, kNameIdField));
+    QString name = LookUpName(ShipFieldInt(line, ShipLineField::NameId));
     if (name.isEmpty() || !m_windowVariantNames)
         return name;
-    const int variation = ShipFieldInt(line, kVariationField);
+    const int variation = ShipFieldInt(line, ShipLineField::Variation);
     if (variation > 0 && variation <= m_variantNames.size() && !m_variantNames[variation - 1].isEmpty())
         name += " " + m_variantNames[variation - 1];
     return name;

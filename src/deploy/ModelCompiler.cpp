@@ -12,7 +12,6 @@
 
 namespace {
 
-const QString PackageMarker = QStringLiteral("<PACKAGE>/");
 
 // How long a killed child is given to be reaped.
 constexpr int kKillWaitMs = 5000;
@@ -163,7 +162,7 @@ QString PrepareFile(FileEntry& file, bool compile, const QString& programDir, co
                     int timeoutMs)
 {
     file.DeleteAfterWrite = false;
-    file.LocalPath.replace(PackageMarker, programDir + "/ShipInstall/");
+    file.LocalPath.replace(PackageToken, programDir + "/ShipInstall/");
     const QString source = file.LocalPath;
 
     const bool textModel = QFileInfo(source).suffix().toLower() == "bod";

@@ -10,6 +10,10 @@ constexpr QChar Separator = u';';
 
 } // namespace
 
+const char* const DefaultShipLine =
+    "0;0;0;0;0;0;0;0;0;106;1;5;37;0;112;202;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;"
+    "0;0;0;0;0;0;0;0;0;0;0;35;36;1;0;0;0;0;0;1;0;25;1;0;0;0;0;0;HW_NEW_SHIP;";
+
 QString ShipField(const QString& line, int index)
 {
     return line.section(Separator, index, index);

@@ -91,6 +91,10 @@ constexpr int TurretPositionField(int slot)
     return TurretCockpitField(slot) + 1;
 }
 
+// The TShips line of a new ship: 65 fields and a trailing semicolon, with no
+// cockpit block and no gun group (T = 55).
+extern const char* const DefaultShipLine;
+
 // Field `index` of the line; a field behind the end is empty. A negative index
 // counts from the end, -1 being the last field.
 QString ShipField(const QString& line, int index);

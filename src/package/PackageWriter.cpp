@@ -7,13 +7,6 @@
 
 namespace {
 
-const QString PackageToken = QStringLiteral("<PACKAGE>/");
-
-QString ResolvePackagePath(QString path, const QString& packageDir)
-{
-    return path.replace(PackageToken, packageDir);
-}
-
 class StreamWriter
 {
 public:

@@ -118,3 +118,23 @@ inline QString CommentFromRecord(QString text)
     text.replace(QStringLiteral("<newline>"), QStringLiteral("\n"));
     return text;
 }
+
+// A path of the form that begins with this token names a file of the open
+// package: it lies in WorkDir (ShipInstall below the program directory) and
+// counts as unchanged since the open.
+inline const QString PackageToken = QStringLiteral("<PACKAGE>/");
+
+inline bool IsPackagePath(const QString& path)
+{
+    return path.startsWith(PackageToken);
+}
+
+// A path of the form as a path on disk: the token resolved against
+// `workDir` (which ends in a slash), line breaks removed.
+inline QString ResolvePackagePath(QString path, const QString& workDir)
+{
+    path.replace(PackageToken, workDir);
+    path.remove('\n');
+    path.remove('\r');
+    return path;
+}

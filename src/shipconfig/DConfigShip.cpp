@@ -1,6 +1,6 @@
 #include "shipconfig/DConfigShip.h"
 
-#include "app/core/ProgramDir.h"
+#include "core/ProgramDir.h"
 
 DConfigShip::DConfigShip(QWidget* parent, const char* name) : ConfigShip(parent, name, true) {}
 

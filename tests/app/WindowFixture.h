@@ -3,8 +3,12 @@
 
 #include "TestSupport.h"
 #include "app/DCreateShip.h"
+#include "app/ExtractionFlow.h"
+#include "app/PackageDocument.h"
 
 #include <QDir>
+
+#include <functional>
 #include <memory>
 
 struct WindowFixture
@@ -31,3 +35,11 @@ struct WindowFixture
     ScriptedPrompter* prompts = nullptr;
     std::unique_ptr<DCreateShip> window;
 };
+
+// Changes the window's settings in place, as the settings dialog would.
+inline void ChangeSettings(DCreateShip& window, const std::function<void(AppSettings&)>& change)
+{
+    AppSettings settings = window.settings();
+    change(settings);
+    window.setSettings(settings);
+}

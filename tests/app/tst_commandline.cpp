@@ -9,7 +9,7 @@ class RecordingWindow : public DCreateShip
 {
 public:
     using DCreateShip::DCreateShip;
-    void StartEditMode() override { editTargets.append(EditTarget); }
+    void StartEditMode() override { editTargets.append(editTarget()); }
     QStringList editTargets;
 };
 
@@ -83,9 +83,9 @@ void TestCommandLine::extractWithoutDirectoryAsksAndEnds()
     QCOMPARE(fixture.prompts->shown.size(), 1);
     const auto& asked = fixture.prompts->shown.first();
     QCOMPARE(asked.kind, QString("directory"));
-    QCOMPARE(asked.caption, window.UiText[194]);
+    QCOMPARE(asked.caption, window.uiText()[194]);
     QCOMPARE(asked.text, fixture.home.filePath("ships")); // starts beside the package
-    QVERIFY(window.ExtractSource.isEmpty());              // cancelled: nothing extracted
+    QVERIFY(window.extraction().Source().isEmpty());      // cancelled: nothing extracted
 }
 
 void TestCommandLine::extractHereNeedsNoQuestion()
@@ -95,8 +95,8 @@ void TestCommandLine::extractHereNeedsNoQuestion()
     const QString package = fixture.home.filePath("game/a.xsp");
     QVERIFY(!window.ParseCommandLine({"-x " + package, "-d HERE"}));
     QVERIFY(fixture.prompts->shown.isEmpty());
-    QCOMPARE(window.ExtractSource, package);
-    QCOMPARE(window.ExtractTarget, fixture.home.filePath("game"));
+    QCOMPARE(window.extraction().Source(), package);
+    QCOMPARE(window.extraction().Target(), fixture.home.filePath("game"));
 }
 
 void TestCommandLine::extractToMissingDirectoryWarns()
@@ -107,9 +107,9 @@ void TestCommandLine::extractToMissingDirectoryWarns()
     QVERIFY(!window.ParseCommandLine({"-x a.xsp", "-d " + missing}));
     const auto warnings = fixture.prompts->messages("warning");
     QCOMPARE(warnings.size(), 1);
-    QCOMPARE(warnings[0].caption, window.UiText[199]);
-    QCOMPARE(warnings[0].text, window.UiText[199] + ":\n" + missing);
-    QCOMPARE(warnings[0].buttons, QStringList{window.UiText[60]});
+    QCOMPARE(warnings[0].caption, window.uiText()[199]);
+    QCOMPARE(warnings[0].text, window.uiText()[199] + ":\n" + missing);
+    QCOMPARE(warnings[0].buttons, QStringList{window.uiText()[60]});
 }
 
 void TestCommandLine::optionWordsIgnoreCase()
@@ -118,8 +118,8 @@ void TestCommandLine::optionWordsIgnoreCase()
     DCreateShip& window = fixture.make();
     const QString dir = fixture.home.filePath("game");
     QVERIFY(!window.ParseCommandLine({"-EXTRACT a.xsp", "-Dir " + dir}));
-    QCOMPARE(window.ExtractSource, QString("a.xsp"));
-    QCOMPARE(window.ExtractTarget, dir);
+    QCOMPARE(window.extraction().Source(), QString("a.xsp"));
+    QCOMPARE(window.extraction().Target(), dir);
 }
 
 void TestCommandLine::bareTokenBehindOptionJoinsIt()
@@ -129,7 +129,7 @@ void TestCommandLine::bareTokenBehindOptionJoinsIt()
     DCreateShip& window = fixture.make();
     QVERIFY(window.ParseCommandLine(SplitArguments(QStringList{"-d", "HERE", "file.xsp"})));
     QVERIFY(fixture.prompts->shown.isEmpty());
-    QVERIFY(window.ExtractSource.isEmpty());
+    QVERIFY(window.extraction().Source().isEmpty());
 }
 
 void TestCommandLine::openFileKeepsTheWindow()
@@ -138,7 +138,7 @@ void TestCommandLine::openFileKeepsTheWindow()
     DCreateShip& window = fixture.make();
     const QString dir = fixture.home.filePath("game");
     QVERIFY(window.ParseCommandLine({"first.xsp", "-x a.xsp", "-d " + dir}));
-    QCOMPARE(window.ExtractSource, QString("a.xsp"));
+    QCOMPARE(window.extraction().Source(), QString("a.xsp"));
 }
 
 void TestCommandLine::editModeStartsWhenReached()
@@ -148,7 +148,7 @@ void TestCommandLine::editModeStartsWhenReached()
     RecordingWindow window(std::move(scripted));
     QVERIFY(window.ParseCommandLine({"-e first target", "-x a.xsp", "-editmode second"}));
     QCOMPARE(window.editTargets, (QStringList{"first target", "second"}));
-    QCOMPARE(window.EditTarget, QString("second"));
+    QCOMPARE(window.editTarget(), QString("second"));
 }
 
 void TestCommandLine::unknownOptionsAreIgnored()
@@ -157,7 +157,7 @@ void TestCommandLine::unknownOptionsAreIgnored()
     DCreateShip& window = fixture.make();
     QVERIFY(window.ParseCommandLine({"-verbose yes", "-q"}));
     QVERIFY(fixture.prompts->shown.isEmpty());
-    QVERIFY(window.EditTarget.isEmpty());
+    QVERIFY(window.editTarget().isEmpty());
 }
 
 QTEST_MAIN(TestCommandLine)

@@ -2,6 +2,8 @@
 // window runs it, where a timer plays the user while the dialog is modal.
 #include "WindowFixture.h"
 #include "app/DConfigDialog.h"
+#include "app/GameDirSearch.h"
+#include "app/WindowTexts.h"
 
 #include <QTimer>
 #include <QtTest>
@@ -49,56 +51,44 @@ class TestConfigDialog : public QObject
 {
     Q_OBJECT
 private slots:
-    void fieldsComeFromTheSettingsAndEnable();
+    void dialogHandsBackWhatItWasGiven();
     void acceptWritesTheSettingsAndSwitchesLanguage();
     void cancelKeepsAnAddedDirectoryOutOfTheFile();
-    void chosenDirectoryBecomesTheOneInUse();
-    void gameDirectoryNeedsTheExecutable();
-    void gameDirectoryListIsCutToTen();
+    void gameDirectoriesNeedTheExecutableAndStayTen();
     void directoryButtonsFillTheirFields();
 };
 
-void TestConfigDialog::fieldsComeFromTheSettingsAndEnable()
+void TestConfigDialog::dialogHandsBackWhatItWasGiven()
 {
-    WindowFixture fixture(
-        "ModDir: /mods\nModelDir: /models\nTypeDir: /types\nSaveDir: /save\nTextDir: /text\n"
-        "X2bcDir: /x2bc.exe\nScriptDir: /scripts\nDefAuthor: Jane Q Modder\nDefWeb: web\n"
-        "DefMirror1: m1\nDefMirror2: m2\nSaveWeb\nNoText\n");
-    DCreateShip& window = fixture.make();
-    RunConfig(window, [&](DConfigDialog& dialog) {
-        const QList<QLineEdit*> lines{dialog.LineDirMod,     dialog.LineDirModel,  dialog.LineDirType,
-                                      dialog.LineDirSave,    dialog.LineDirText,   dialog.LineDirX2bc,
-                                      dialog.LineDirScript,  dialog.LineDefAuthor, dialog.LineDefWeb,
-                                      dialog.LineDefMirror1, dialog.LineDefMirror2};
-        const QStringList values{"/mods",    "/models",       "/types", "/save", "/text", "/x2bc.exe",
-                                 "/scripts", "Jane Q Modder", "web",    "m1",    "m2"};
-        for (int i = 0; i < lines.size(); ++i)
-            QCOMPARE(lines[i]->text(), values[i]);
-        QVERIFY(dialog.CheckWeb->isChecked() && !dialog.CheckPrefix->isChecked());
-        QCOMPARE(dialog.ComboDir->currentText(), fixture.home.filePath("game"));
-        QCOMPARE(dialog.ComboLang->count(), 2);
-        QCOMPARE(dialog.ComboLang->currentText(), QString("English (44) - By Hullwright team"));
-        QVERIFY(!dialog.windowTitle().startsWith("Qt: ")); // the form's own caption
+    AppSettings given;
+    given.Language = "Deutsch";
+    given.GameDirs = {"/g1", "/g2"};
+    given.BaseLang = "49"; // no widget: passes through
+    int n = 0;
+    for (QString AppSettings::*field :
+         {&AppSettings::ModDir, &AppSettings::ModelDir, &AppSettings::SaveDir, &AppSettings::TypeDir,
+          &AppSettings::TextDir, &AppSettings::X2bcDir, &AppSettings::ScriptDir, &AppSettings::DefAuthor,
+          &AppSettings::DefWeb, &AppSettings::DefMirror1, &AppSettings::DefMirror2})
+        given.*field = "value " + QString::number(++n); // each field its own, so a swap shows
+    given.SaveWeb = true;
+    given.Prefix = true;
+    given.ReadTextAtStart = false;
+    const QList<LanguageEntry> languages{{"English", 44, "a"}, {"Deutsch", 49, "b"}};
+    const QStringList texts = PlaceholderUiTexts(UiTextCount);
+    ScriptedPrompter prompts;
+    DConfigDialog dialog(given, languages, texts, prompts, nullptr);
+    QCOMPARE(dialog.Settings(), given);
 
-        // X2BC off and NoText set: their dependants start disabled...
-        QVERIFY(!dialog.CheckX2bc->isChecked() && !dialog.CheckText->isChecked());
-        QVERIFY(!dialog.LineDirX2bc->isEnabled() && !dialog.ButDirX2bc->isEnabled());
-        QVERIFY(!dialog.CheckTextT->isEnabled());
-        // ...and follow their boxes.
-        dialog.CheckX2bc->click();
-        dialog.CheckText->click();
-        QVERIFY(dialog.LineDirX2bc->isEnabled() && dialog.ButDirX2bc->isEnabled());
-        QVERIFY(dialog.CheckTextT->isEnabled());
-        dialog.CheckX2bc->click();
-        QVERIFY(!dialog.LineDirX2bc->isEnabled() && !dialog.ButDirX2bc->isEnabled());
-    });
+    // X2BC off and NoText set: their dependants start disabled and follow their boxes.
+    QVERIFY(!dialog.LineDirX2bc->isEnabled() && !dialog.ButDirX2bc->isEnabled());
+    QVERIFY(!dialog.CheckTextT->isEnabled());
+    dialog.CheckX2bc->click();
+    dialog.CheckText->click();
+    QVERIFY(dialog.LineDirX2bc->isEnabled() && dialog.CheckTextT->isEnabled());
 
-    WindowFixture other("X2BC\nNoTextT\n");
-    RunConfig(other.make(), [&](DConfigDialog& dialog) {
-        QVERIFY(dialog.CheckX2bc->isChecked() && dialog.LineDirX2bc->isEnabled());
-        QVERIFY(dialog.CheckText->isChecked() && dialog.CheckTextT->isEnabled());
-        QVERIFY(!dialog.CheckTextT->isChecked());
-    });
+    // The game directory chosen in the combo becomes the one in use.
+    dialog.ComboDir->setCurrentIndex(1);
+    QCOMPARE(dialog.Settings().GameDirs, QStringList({"/g2", "/g1"}));
 }
 
 void TestConfigDialog::acceptWritesTheSettingsAndSwitchesLanguage()
@@ -107,46 +97,26 @@ void TestConfigDialog::acceptWritesTheSettingsAndSwitchesLanguage()
     fixture.home.writeFile("config.dat",
                            fixture.home.readFile("config.dat") + "<other>\nkept: yes\n</other>\n");
     DCreateShip& window = fixture.make();
-    const QString englishNewShip = window.UiText[30];
+    const QString englishNewShip = window.uiText()[Txt::NewShipCaption];
 
     RunConfig(window, [&](DConfigDialog& dialog) {
         dialog.ComboLang->setCurrentIndex(1);
         dialog.LineDefAuthor->setText("New Author of Ships");
-        dialog.LineDirSave->setText("/ships");
         dialog.CheckX2bc->setChecked(true);
-        dialog.LineDirX2bc->setText("/tools/x2bc.exe");
-        dialog.CheckPrefix->setChecked(true);
         dialog.CheckText->setChecked(false);
         dialog.ButDone->click();
     });
 
-    QCOMPARE(window.Language, QString("Deutsch"));
-    QCOMPARE(window.UiText[30], QString("Neues Schiff"));
-    QVERIFY(window.UiText[30] != englishNewShip);
-    QVERIFY2(window.windowTitle().contains("Neues Schiff"), "the window changed language at once");
-    QCOMPARE(window.DefAuthor, QString("New Author of Ships"));
-    QCOMPARE(window.SaveDir, QString("/ships"));
-    QVERIFY(window.X2BC);
-    QCOMPARE(window.X2bcDir, QString("/tools/x2bc.exe"));
-    QVERIFY(window.Prefix);
-    QVERIFY(!window.ReadTextAtStart);
-    QVERIFY(window.ReadTextTableAtStart);
+    QCOMPARE(window.settings().Language, QString("Deutsch"));
+    QVERIFY(window.uiText()[Txt::NewShipCaption] != englishNewShip);
+    QVERIFY2(window.windowTitle().contains(window.uiText()[Txt::NewShipCaption]),
+             "the window changed language at once");
+    QCOMPARE(window.settings().DefAuthor, QString("New Author of Ships"));
+    QVERIFY(window.settings().X2BC && !window.settings().ReadTextAtStart);
 
-    const QString config = QString::fromUtf8(fixture.home.readFile("config.dat"));
-    const QStringList lines = config.split('\n');
-    QVERIFY(lines.contains("Language: Deutsch"));
-    QVERIFY(lines.contains("DefAuthor: New Author of Ships"));
-    QVERIFY(lines.contains("SaveDir: /ships"));
-    QVERIFY(lines.contains("X2bcDir: /tools/x2bc.exe"));
-    QVERIFY(lines.contains("X2BC"));
-    QVERIFY(lines.contains("Prefix"));
-    QVERIFY(lines.contains("NoText"));
-    QVERIFY(!lines.contains("NoTextT"));
-    QVERIFY(config.endsWith("<other>\nkept: yes\n</other>\n"));
-
-    // The next start reads what the dialog wrote.
-    window.LoadSettings();
-    QCOMPARE(window.Language, QString("Deutsch"));
+    // The file holds what the window holds, and the other program's lines.
+    QCOMPARE(ReadSettingsFile(fixture.home.filePath("config.dat"), HoldsGameExecutable), window.settings());
+    QVERIFY(fixture.home.readFile("config.dat").endsWith("<other>\nkept: yes\n</other>\n"));
 }
 
 void TestConfigDialog::cancelKeepsAnAddedDirectoryOutOfTheFile()
@@ -163,134 +133,76 @@ void TestConfigDialog::cancelKeepsAnAddedDirectoryOutOfTheFile()
         QCOMPARE(dialog.ComboDir->currentText(), added);
         dialog.ButCancel->click();
     });
-    QCOMPARE(window.GameDirs, QStringList({added, fixture.home.filePath("game")}));
-    QCOMPARE(window.DefAuthor, QString("Someone"));
+    QCOMPARE(window.settings().GameDirs, QStringList({added, fixture.home.filePath("game")}));
+    QCOMPARE(window.settings().DefAuthor, QString("Someone"));
     QCOMPARE(fixture.home.readFile("config.dat"), before);
 
     // The next accepted dialog writes it.
-    RunConfig(window, [&](DConfigDialog& dialog) {
-        QCOMPARE(dialog.ComboDir->itemText(0), added);
-        dialog.ButDone->click();
-    });
+    RunConfig(window, [&](DConfigDialog& dialog) { dialog.ButDone->click(); });
     QCOMPARE(DirLines(fixture.home.readFile("config.dat")),
              QStringList({added, fixture.home.filePath("game")}));
 }
 
-void TestConfigDialog::chosenDirectoryBecomesTheOneInUse()
+void TestConfigDialog::gameDirectoriesNeedTheExecutableAndStayTen()
 {
-    WindowFixture fixture;
-    DCreateShip& window = fixture.make();
-    const QString second = MakeGame(fixture.home, "second");
-    window.GameDirs.append(second);
-
-    RunConfig(window, [&](DConfigDialog& dialog) {
-        QCOMPARE(dialog.ComboDir->currentIndex(), 0);
-        dialog.ComboDir->setCurrentIndex(1);
-        dialog.ButDone->click();
-    });
-    QCOMPARE(window.GameDirs, QStringList({second, fixture.home.filePath("game")}));
-    QCOMPARE(DirLines(fixture.home.readFile("config.dat")), window.GameDirs);
-}
-
-void TestConfigDialog::gameDirectoryNeedsTheExecutable()
-{
-    TempHome home(true);
-    QStringList dirs{"/games/one"};
-    QStringList texts = PlaceholderUiTexts(UiTextCount);
+    TempHome home;
+    AppSettings settings;
+    for (int i = 0; i < 10; ++i)
+        settings.GameDirs.append(MakeGame(home, "game" + QString::number(i)));
+    const QStringList texts = PlaceholderUiTexts(UiTextCount);
     ScriptedPrompter prompts;
-    DConfigDialog dialog(&dirs, &texts, &prompts, nullptr);
-    dialog.LineDirMod->setText("/start/here");
+    DConfigDialog dialog(settings, {}, texts, prompts, nullptr);
 
     home.writeFile("empty/readme.txt", "");
     prompts.fileAnswers.enqueue(home.filePath("empty"));
     dialog.Slot_OpenDir();
-
-    QCOMPARE(prompts.shown.size(), 2);
-    QCOMPARE(prompts.shown[0].kind, QString("directory"));
-    QCOMPARE(prompts.shown[0].text, QString("/start/here"));
-    const QList<ScriptedPrompter::Shown> critical = prompts.messages("critical");
-    QCOMPARE(critical.size(), 1);
-    QCOMPARE(critical[0].caption, texts[353]);
-    QCOMPARE(critical[0].text, texts[354]);
-    QCOMPARE(critical[0].buttons, QStringList{texts[60]});
-    QCOMPARE(dirs, QStringList{"/games/one"});
-    QCOMPARE(dialog.ComboDir->count(), 1);
-
-    // Cancelling the directory dialog changes nothing and asks nothing more.
-    prompts.shown.clear();
+    QCOMPARE(prompts.messages("critical").size(), 1);
+    QCOMPARE(dialog.GameDirs(), settings.GameDirs);
+    prompts.fileAnswers.enqueue(QString()); // cancelled: nothing changes
     dialog.Slot_OpenDir();
-    QCOMPARE(prompts.shown.size(), 1);
-    QCOMPARE(dirs, QStringList{"/games/one"});
-}
-
-void TestConfigDialog::gameDirectoryListIsCutToTen()
-{
-    TempHome home;
-    QStringList dirs;
-    for (int i = 0; i < 10; ++i)
-        dirs.append(MakeGame(home, "game" + QString::number(i)));
-    QStringList texts = PlaceholderUiTexts(UiTextCount);
-    ScriptedPrompter prompts;
-    DConfigDialog dialog(&dirs, &texts, &prompts, nullptr);
-    QCOMPARE(dialog.ComboDir->count(), 10);
+    QCOMPARE(dialog.GameDirs(), settings.GameDirs);
 
     // A directory already in the list moves to the front, once.
-    prompts.fileAnswers.enqueue(dirs[4]);
+    prompts.fileAnswers.enqueue(settings.GameDirs[4]);
     dialog.Slot_OpenDir();
-    QCOMPARE(dirs.size(), 10);
-    QCOMPARE(dirs[0], home.filePath("game4"));
-    QCOMPARE(dirs.count(home.filePath("game4")), 1);
-    QCOMPARE(dialog.ComboDir->count(), 10);
+    QCOMPARE(dialog.GameDirs().size(), 10);
+    QCOMPARE(dialog.GameDirs()[0], home.filePath("game4"));
 
     const QString added = MakeGame(home, "new game");
     prompts.fileAnswers.enqueue(added);
     dialog.Slot_OpenDir();
-    QCOMPARE(dirs.size(), DConfigDialog::MaxGameDirs);
-    QCOMPARE(dirs.first(), added);
-    QVERIFY2(!dirs.contains(home.filePath("game9")), "the oldest entry goes");
-    QCOMPARE(dirs[1], home.filePath("game4"));
-    QCOMPARE(dialog.ComboDir->count(), 10);
+    QCOMPARE(dialog.GameDirs().size(), AppSettings::MaxGameDirs);
+    QCOMPARE(dialog.GameDirs()[0], added);
+    QVERIFY2(!dialog.GameDirs().contains(home.filePath("game9")), "the oldest entry goes");
     QCOMPARE(dialog.ComboDir->currentText(), added);
-    for (int i = 0; i < dirs.size(); ++i)
-        QCOMPARE(dialog.ComboDir->itemText(i), dirs[i]);
+    QCOMPARE(dialog.ComboDir->count(), 10);
 }
 
 void TestConfigDialog::directoryButtonsFillTheirFields()
 {
-    QStringList dirs;
-    QStringList texts = PlaceholderUiTexts(UiTextCount);
+    const QStringList texts = PlaceholderUiTexts(UiTextCount);
     ScriptedPrompter prompts;
-    DConfigDialog dialog(&dirs, &texts, &prompts, nullptr);
+    DConfigDialog dialog(AppSettings(), {}, texts, prompts, nullptr);
     dialog.CheckX2bc->setChecked(true);
-
-    const struct
-    {
-        QPushButton* button;
-        QLineEdit* line;
-        int caption;
-    } rows[] = {
-        {dialog.ButDirMod, dialog.LineDirMod, 158},   {dialog.ButDirModel, dialog.LineDirModel, 159},
-        {dialog.ButDirType, dialog.LineDirType, 160}, {dialog.ButDirSave, dialog.LineDirSave, 161},
-        {dialog.ButDirText, dialog.LineDirText, 162}, {dialog.ButDirScript, dialog.LineDirScript, 190},
-        {dialog.ButDirX2bc, dialog.LineDirX2bc, 163},
+    const std::pair<QPushButton*, QLineEdit*> rows[] = {
+        {dialog.ButDirMod, dialog.LineDirMod},   {dialog.ButDirModel, dialog.LineDirModel},
+        {dialog.ButDirType, dialog.LineDirType}, {dialog.ButDirSave, dialog.LineDirSave},
+        {dialog.ButDirText, dialog.LineDirText}, {dialog.ButDirScript, dialog.LineDirScript},
+        {dialog.ButDirX2bc, dialog.LineDirX2bc},
     };
-    for (const auto& row : rows) {
-        row.line->setText("/old");
+    for (const auto& [button, line] : rows) {
+        line->setText("/old");
         prompts.shown.clear();
         prompts.fileAnswers.enqueue("C:\\Games\\picked");
-        row.button->click();
-        QCOMPARE(row.line->text(), QString("C:/Games/picked"));
-        QCOMPARE(prompts.shown.size(), 1);
-        QCOMPARE(prompts.shown[0].caption, texts[row.caption]);
-        QCOMPARE(prompts.shown[0].text, QString("/old"));
-
-        prompts.fileAnswers.enqueue(QString()); // cancelled
-        row.button->click();
-        QCOMPARE(row.line->text(), QString("C:/Games/picked"));
+        button->click();
+        QCOMPARE(line->text(), QString("C:/Games/picked"));
+        QCOMPARE(prompts.shown.value(0).text, QString("/old")); // the dialog starts at the field
+        prompts.fileAnswers.enqueue(QString());                 // cancelled
+        button->click();
+        QCOMPARE(line->text(), QString("C:/Games/picked"));
     }
     // The converter's setting is the program itself, picked with the file dialog.
     QCOMPARE(prompts.shown.last().kind, QString("openFile"));
-    QCOMPARE(prompts.shown.last().buttons, QStringList{"X2bc (x2bc.exe)"});
 }
 
 QTEST_MAIN(TestConfigDialog)

@@ -1,7 +1,11 @@
+// The document of the main window: the caption, the modified and content
+// tests, clearing, the checks and the path of a save, the busy state.
 #include "WindowFixture.h"
-#include "app/core/StatusProgressBar.h"
+#include "app/WindowTexts.h"
+#include "core/StatusProgressBar.h"
 #include "forms/WListView.h"
 
+#include <QStatusBar>
 #include <QtTest>
 
 namespace {
@@ -35,8 +39,7 @@ void FillShip(DCreateShip& window)
     window.TextRaw->setPlainText("1;2;3");
     window.CheckTeladi->setChecked(true);
     window.TextComment->setPlainText("two\nlines");
-    auto* model = new QTreeWidgetItem(window.ModelList, {"/mods/models\\falcon.bod", "objects/ships"});
-    Q_UNUSED(model);
+    new QTreeWidgetItem(window.modelList(), {"/mods/models\\falcon.bod", "objects/ships"});
     new QTreeWidgetItem(window.ListDummy, {"SDTYPE_GUN", "1;2;"});
     new QTreeWidgetItem(window.ListText, {"44", "Falcon", "A fast ship"});
     new QTreeWidgetItem(window.ListCockpit, {"C1", "0", "cockpit line;"});
@@ -46,9 +49,13 @@ void FillShip(DCreateShip& window)
 void MakeClean(DCreateShip& window, const QString& path)
 {
     FillShip(window);
-    window.SavedPackage = SavedShip();
-    window.CurrentFile = path;
+    window.document().Adopt(SavedShip(), path);
     window.UpdateCaption();
+}
+
+QString Caption(const QString& inBrackets)
+{
+    return "X3 - Hullwright V2.00 [" + inBrackets + "]";
 }
 
 } // namespace
@@ -58,50 +65,33 @@ class TestDocument : public QObject
     Q_OBJECT
 private slots:
     void newWindowHoldsANewShip();
-    void neverSavedShipShowsNoStar();
     void captionFollowsComparisonNotAFlag();
-    void componentsDoNotModify();
+    void shownRecordIsClean();
     void listsCompareByPathOrPackageToken();
     void otherDifferencesAreSeen();
-    void defaultAuthorAloneIsNoContent();
+    void defaultsAreNoContent();
     void clearDocumentAsksOnlyWithUnsavedContent();
     void clearDocumentResetsTheForm();
     void saveValidatesInOrder();
     void saveResolvesThePath();
-    void busyStateDisablesTheControls();
-    void cleanWorkDirsRemovesBoth();
+    void busyStateAndWorkDirs();
     void startAsksForAGameDirectory();
-    void classAndVariantFiles();
 };
 
 void TestDocument::newWindowHoldsANewShip()
 {
     WindowFixture fixture;
     DCreateShip& window = fixture.make();
-    QCOMPARE(window.windowTitle(), "X3 - Hullwright V2.00 [" + window.UiText[30] + "]");
-    QVERIFY(!window.UiText[30].startsWith("ReadText-"));
+    QCOMPARE(window.windowTitle(), Caption(window.uiText()[Txt::NewShipCaption]));
     QCOMPARE(window.TextRaw->toPlainText(), NewShipLine);
-    QCOMPARE(NewShipLine.count(';'), 65);
     QVERIFY(!window.HasContent());
     QVERIFY(window.IsModified()); // nothing saved yet
-    QVERIFY(!window.SpinOrgDesc->isEnabled());
-    QCOMPARE(window.ModelList->objectName(), QString("models list"));
-    QCOMPARE(window.ScriptList->selectionMode(), QAbstractItemView::SingleSelection);
-    QCOMPARE(window.OtherList->selectionMode(), QAbstractItemView::ExtendedSelection);
-    QCOMPARE(window.ScriptList->columnCount(), 3);
-    QCOMPARE(window.ModelList->headerItem()->text(0), window.UiText[91]);
-    QVERIFY(window.ProgressBar && window.ProgressBar->isHidden());
+    QVERIFY(window.progressBar()->isHidden());
     QVERIFY(QFileInfo(fixture.home.filePath("temp")).isDir());
-    QCOMPARE(window.GameDirs, QStringList{fixture.home.filePath("game")});
-}
+    QCOMPARE(window.settings().GameDirs, QStringList{fixture.home.filePath("game")});
 
-void TestDocument::neverSavedShipShowsNoStar()
-{
-    WindowFixture fixture;
-    DCreateShip& window = fixture.make();
-    const QString before = window.windowTitle();
+    // A ship that was never saved shows no star, whatever changes.
     window.LineName->setText("Anything");
-    QCOMPARE(window.windowTitle(), before);
     QVERIFY(!window.windowTitle().contains('*'));
 }
 
@@ -111,25 +101,59 @@ void TestDocument::captionFollowsComparisonNotAFlag()
     DCreateShip& window = fixture.make();
     MakeClean(window, "/ships/falcon.xsp");
     QVERIFY2(!window.IsModified(), "a form equal to the saved record is clean");
-    QCOMPARE(window.windowTitle(), QString("X3 - Hullwright V2.00 [/ships/falcon.xsp]"));
+    QCOMPARE(window.windowTitle(), Caption("/ships/falcon.xsp"));
 
     window.LineName->setText("Falcon II");
-    QCOMPARE(window.windowTitle(), QString("X3 - Hullwright V2.00 [*/ships/falcon.xsp]"));
+    QCOMPARE(window.windowTitle(), Caption("*/ships/falcon.xsp"));
     window.LineName->setText("Falcon");
-    QCOMPARE(window.windowTitle(), QString("X3 - Hullwright V2.00 [/ships/falcon.xsp]"));
+    QCOMPARE(window.windowTitle(), Caption("/ships/falcon.xsp"));
 
     window.CheckTeladi->click(); // the shipyard boxes report clicks
     QVERIFY(window.windowTitle().contains("[*"));
-}
+    window.CheckTeladi->click();
 
-void TestDocument::componentsDoNotModify()
-{
-    WindowFixture fixture;
-    DCreateShip& window = fixture.make();
-    MakeClean(window, "/ships/falcon.xsp");
+    // Components take no part in the comparison.
     auto* top = new QTreeWidgetItem(window.ListComp, {"SCTYPE_LASER", "1", ""});
     new QTreeWidgetItem(top, {"", "", "0;0;0;"});
     QVERIFY(!window.IsModified());
+}
+
+void TestDocument::shownRecordIsClean()
+{
+    // Every field a record carries comes back through the form unchanged.
+    WindowFixture fixture;
+    DCreateShip& window = fixture.make();
+    ShipPackage record = *SavedShip();
+    record.Web = "http://example.org";
+    record.Mirror1 = "m1";
+    record.Mirror2 = "m2";
+    record.Data = NewShipLine;
+    for (int yard : {ShipyardArgon, ShipyardSplit, ShipyardXenon})
+        record.Shipyards[yard] = true;
+    record.LanguageText = true;
+    record.ExistingShip = true;
+    record.OriginalDesc = 7;
+    record.ScreenShot = "falcon.jpg";
+    record.SceneFile = FileEntry{1, 2, "objects/cut/falcon.bod", {}, false};
+    record.Files.append(FileEntry{1, 2, "docs/readme.txt", {}, false});
+    record.Scripts.append(FileEntry{1, 2, "setup.falcon.xml", {}, false});
+    record.Components.append(ComponentEntry{"SCTYPE_LASER", "falcon", "1;2;"});
+    window.ShowPackage(record);
+    window.document().Adopt(std::make_unique<ShipPackage>(record), "/ships/falcon.xsp");
+    QVERIFY(!window.IsModified());
+
+    ShipPackage built = *window.BuildPackage();
+    for (const auto field :
+         {&ShipPackage::Name, &ShipPackage::Author, &ShipPackage::Version, &ShipPackage::ID,
+          &ShipPackage::Web, &ShipPackage::Mirror1, &ShipPackage::Mirror2, &ShipPackage::Comment})
+        QCOMPARE(built.*field, record.*field);
+    QCOMPARE(built.Shipyards, record.Shipyards);
+    QVERIFY(built.LanguageText && built.ExistingShip);
+    QCOMPARE(built.OriginalDesc, 7);
+    QCOMPARE(built.Texts, record.Texts);
+    QCOMPARE(built.Dummies, record.Dummies);
+    QCOMPARE(built.Components, record.Components);
+    QCOMPARE(built.Cockpits, record.Cockpits);
 }
 
 void TestDocument::listsCompareByPathOrPackageToken()
@@ -138,14 +162,14 @@ void TestDocument::listsCompareByPathOrPackageToken()
     DCreateShip& window = fixture.make();
     MakeClean(window, "/ships/falcon.xsp");
 
-    window.ModelList->topLevelItem(0)->setText(0, "<PACKAGE>/objects/ships/falcon.bod");
+    window.modelList()->topLevelItem(0)->setText(0, "<PACKAGE>/objects/ships/falcon.bod");
     QVERIFY2(!window.IsModified(), "a row from the package is unchanged");
-    window.ModelList->topLevelItem(0)->setText(0, "/mods/models/other.bod");
+    window.modelList()->topLevelItem(0)->setText(0, "/mods/models/other.bod");
     QVERIFY(window.IsModified());
-    window.ModelList->topLevelItem(0)->setText(0, "/mods/models/falcon.bod");
+    window.modelList()->topLevelItem(0)->setText(0, "/mods/models/falcon.bod");
     QVERIFY(!window.IsModified());
 
-    new QTreeWidgetItem(window.ScriptList, {"/scripts/a.xml", "1 KB", "0"});
+    new QTreeWidgetItem(window.scriptList(), {"/scripts/a.xml", "1 KB", "0"});
     QVERIFY2(window.IsModified(), "one script more than saved");
 }
 
@@ -168,9 +192,7 @@ void TestDocument::otherDifferencesAreSeen()
 
     window.LineShipScene->setText("ships\\falcon");
     QVERIFY2(window.IsModified(), "field 16 of the ship line differs from the scene field");
-    window.TextRaw->setPlainText("1;2;3;0;0;0;0;0;0;0;0;0;0;0;0;0;ships\\falcon;;");
-    window.SavedPackage->Data = window.TextRaw->toPlainText();
-    QVERIFY(!window.IsModified());
+    window.LineShipScene->clear();
 
     window.ListText->topLevelItem(0)->setText(2, "A slow ship");
     QVERIFY(window.IsModified());
@@ -187,18 +209,18 @@ void TestDocument::otherDifferencesAreSeen()
     QVERIFY(!window.IsModified());
 }
 
-void TestDocument::defaultAuthorAloneIsNoContent()
+void TestDocument::defaultsAreNoContent()
 {
     WindowFixture fixture("DefAuthor: Jane Q Modder\nDefWeb: http://example.org\n");
     DCreateShip& window = fixture.make();
     QCOMPARE(window.LineAuthor->text(), QString("Jane Q Modder"));
-    QCOMPARE(window.LineWeb->text(), QString("http://example.org"));
     QVERIFY(!window.HasContent());
     window.Slot_New();
     QVERIFY2(fixture.prompts->shown.isEmpty(), "a pristine form is cleared without asking");
     window.LineAuthor->setText("Somebody Else");
     QVERIFY(window.HasContent());
     window.LineAuthor->setText("");
+    QVERIFY(!window.HasContent());
     window.CheckExistingShip->setChecked(true);
     QVERIFY(window.HasContent());
 }
@@ -212,12 +234,7 @@ void TestDocument::clearDocumentAsksOnlyWithUnsavedContent()
     fixture.prompts->messageAnswers.enqueue(1); // the second button: keep the ship
     QVERIFY(!window.ClearDocument());
     QCOMPARE(window.LineName->text(), QString("Unsaved"));
-    const auto asked = fixture.prompts->messages("question");
-    QCOMPARE(asked.size(), 1);
-    QCOMPARE(asked[0].caption, window.UiText[393]);
-    QCOMPARE(asked[0].text, window.UiText[394]);
-    QCOMPARE(asked[0].buttons, (QStringList{window.UiText[81], window.UiText[82]}));
-
+    QCOMPARE(fixture.prompts->messages("question").size(), 1);
     fixture.prompts->messageAnswers.enqueue(-1); // closed otherwise: keep it too
     QVERIFY(!window.ClearDocument());
     fixture.prompts->messageAnswers.enqueue(0);
@@ -237,8 +254,7 @@ void TestDocument::clearDocumentResetsTheForm()
     DCreateShip& window = fixture.make();
     MakeClean(window, "/ships/falcon.xsp");
     window.CheckExisting->setChecked(true);
-    QVERIFY(window.SpinOrgDesc->isEnabled());
-    QVERIFY(!window.ListText->isEnabled());
+    QVERIFY(window.SpinOrgDesc->isEnabled() && !window.ListText->isEnabled());
     window.SpinOrgDesc->setValue(7);
     window.LineShipScene->setText("scene");
     window.LineScreen->setText("<PACKAGE>/ShipPics/a.jpg");
@@ -247,13 +263,10 @@ void TestDocument::clearDocumentResetsTheForm()
     QVERIFY(!window.HasContent());
     QCOMPARE(window.TextRaw->toPlainText(), NewShipLine);
     QCOMPARE(window.SpinOrgDesc->value(), 1);
-    QVERIFY(!window.SpinOrgDesc->isEnabled());
-    QVERIFY(window.ListText->isEnabled());
-    QCOMPARE(window.ModelList->topLevelItemCount(), 0);
+    QVERIFY(!window.SpinOrgDesc->isEnabled() && window.ListText->isEnabled());
     QCOMPARE(window.LineMirror1->text(), QString("http://mirror.example"));
-    QVERIFY(!window.SavedPackage);
-    QVERIFY(window.CurrentFile.isEmpty());
-    QCOMPARE(window.windowTitle(), "X3 - Hullwright V2.00 [" + window.UiText[30] + "]");
+    QVERIFY(!window.document().Saved());
+    QCOMPARE(window.windowTitle(), Caption(window.uiText()[Txt::NewShipCaption]));
 }
 
 void TestDocument::saveValidatesInOrder()
@@ -262,19 +275,17 @@ void TestDocument::saveValidatesInOrder()
     DCreateShip& window = fixture.make();
     window.LineAuthor->clear();
     window.TextRaw->clear();
-    const std::pair<QLineEdit*, int> steps[] = {{window.LineName, 71},
-                                                {window.LineAuthor, 72},
-                                                {window.LineID, 73},
-                                                {nullptr, 74},
-                                                {window.LineShipScene, 362}};
+    const std::pair<QLineEdit*, int> steps[] = {{window.LineName, Txt::MissingName},
+                                                {window.LineAuthor, Txt::MissingAuthor},
+                                                {window.LineID, Txt::MissingId},
+                                                {nullptr, Txt::MissingShipLine},
+                                                {window.LineShipScene, Txt::MissingScene}};
     for (const auto& [field, message] : steps) {
         fixture.prompts->shown.clear();
         window.Slot_Save();
         const auto warnings = fixture.prompts->messages("warning");
         QCOMPARE(warnings.size(), 1);
-        QCOMPARE(warnings[0].caption, window.UiText[70]);
-        QCOMPARE(warnings[0].text, window.UiText[message]);
-        QCOMPARE(warnings[0].buttons, QStringList{window.UiText[60]});
+        QCOMPARE(warnings[0].text, window.uiText()[message]);
         if (field)
             field->setText("filled");
         else
@@ -282,7 +293,7 @@ void TestDocument::saveValidatesInOrder()
     }
     fixture.prompts->shown.clear();
     window.Slot_SaveAs(); // the cockpit scene is still missing
-    QCOMPARE(fixture.prompts->messages("warning").value(0).text, window.UiText[362]);
+    QCOMPARE(fixture.prompts->messages("warning").value(0).text, window.uiText()[Txt::MissingScene]);
 }
 
 void TestDocument::saveResolvesThePath()
@@ -292,29 +303,28 @@ void TestDocument::saveResolvesThePath()
     for (QLineEdit* field : {window.LineName, window.LineID, window.LineShipScene, window.LineCockpitScene})
         field->setText("x");
     window.LineAuthor->setText("me");
+    const auto status = [&] { return window.QMainWindow::statusBar()->currentMessage(); };
 
     fixture.prompts->fileAnswers.enqueue("/out/SHIP.XSP");
     window.Slot_Save();
     QCOMPARE(fixture.prompts->shown.size(), 1);
     QCOMPARE(fixture.prompts->shown[0].kind, QString("saveFile"));
-    QCOMPARE(fixture.prompts->shown[0].caption, window.UiText[69]);
     QCOMPARE(fixture.prompts->shown[0].text, QString("/saves"));
-    QCOMPARE(fixture.prompts->shown[0].buttons, QStringList{window.UiText[65] + " (*.xsp)"});
-    QCOMPARE(window.PathToSave, QString("/out/SHIP.XSP"));
+    QVERIFY2(status().contains("/out/SHIP.XSP..."), "the ending in capitals is kept");
     QVERIFY(!window.TabData->isEnabled());
     QTRY_VERIFY(window.TabData->isEnabled()); // the timer ran the save and freed the window
 
     fixture.prompts->fileAnswers.enqueue("/out/ship");
     window.Slot_SaveAs();
-    QCOMPARE(window.PathToSave, QString("/out/ship.xsp"));
+    QVERIFY(status().contains("/out/ship.xsp..."));
     QTRY_VERIFY(window.TabData->isEnabled());
 
     // A package with a file is saved to it again without a question...
     fixture.prompts->shown.clear();
-    window.CurrentFile = "/ships/open.xsp";
+    window.document().Adopt(SavedShip(), "/ships/open.xsp");
     window.Slot_Save();
     QVERIFY(fixture.prompts->shown.isEmpty());
-    QCOMPARE(window.PathToSave, QString("/ships/open.xsp"));
+    QVERIFY(status().contains("/ships/open.xsp..."));
     QTRY_VERIFY(window.TabData->isEnabled());
     // ...but Save As always asks, and cancelling ends it.
     window.Slot_SaveAs();
@@ -322,26 +332,19 @@ void TestDocument::saveResolvesThePath()
     QVERIFY(window.TabData->isEnabled());
 }
 
-void TestDocument::busyStateDisablesTheControls()
+void TestDocument::busyStateAndWorkDirs()
 {
     WindowFixture fixture;
     DCreateShip& window = fixture.make();
     const QList<QWidget*> controls{window.ButLoad, window.ButImport, window.ButClose,  window.ButSave,
                                    window.TabData, window.ButSaveAs, window.ButCustom, window.ButBalance};
     window.SetBusy(false);
-    for (QWidget* control : controls)
-        QVERIFY2(!control->isEnabled(), qPrintable(control->objectName()));
+    QVERIFY(std::none_of(controls.begin(), controls.end(), [](QWidget* w) { return w->isEnabled(); }));
     QCOMPARE(window.cursor().shape(), Qt::WaitCursor);
     window.SetBusy(true);
-    for (QWidget* control : controls)
-        QVERIFY2(control->isEnabled(), qPrintable(control->objectName()));
+    QVERIFY(std::all_of(controls.begin(), controls.end(), [](QWidget* w) { return w->isEnabled(); }));
     QCOMPARE(window.cursor().shape(), Qt::ArrowCursor);
-}
 
-void TestDocument::cleanWorkDirsRemovesBoth()
-{
-    WindowFixture fixture;
-    DCreateShip& window = fixture.make();
     fixture.home.writeFile("ShipInstall/objects/a.bod", "model");
     fixture.home.writeFile("temp/work.txt", "work");
     window.CleanWorkDirs();
@@ -354,7 +357,6 @@ void TestDocument::startAsksForAGameDirectory()
 {
     TempHome home(true);
     QDir(home.path()).mkpath("nogame");
-    QDir(home.path()).mkpath("game");
     home.writeFile("game/x3.exe", "");
 
     auto first = std::make_unique<ScriptedPrompter>();
@@ -363,34 +365,13 @@ void TestDocument::startAsksForAGameDirectory()
     DCreateShip refused(std::move(first));
     QCOMPARE(prompts->shown.size(), 2);
     QCOMPARE(prompts->shown[0].kind, QString("directory"));
-    QCOMPARE(prompts->shown[0].caption, refused.UiText[235]);
-    QCOMPARE(prompts->shown[1].kind, QString("critical"));
-    QCOMPARE(prompts->shown[1].caption, refused.UiText[353]);
-    QCOMPARE(prompts->shown[1].text, refused.UiText[354]);
-    QVERIFY(refused.GameDirs.isEmpty());
+    QCOMPARE(prompts->shown[1].kind, QString("critical")); // no x3.exe in it
+    QVERIFY(refused.settings().GameDirs.isEmpty());
 
     auto second = std::make_unique<ScriptedPrompter>();
     second->fileAnswers.enqueue(home.filePath("game"));
     DCreateShip accepted(std::move(second));
-    QCOMPARE(accepted.GameDirs, QStringList{home.filePath("game")});
-}
-
-void TestDocument::classAndVariantFiles()
-{
-    TempHome home;
-    home.writeFile("classes", "// comment\n1:M1 Carrier\n0:Nothing\nx:Bad\n5:Name: with colon\n");
-    home.writeFile("variant", "0:Standard\n0:\n3:Vanguard\n//4:Commented\n");
-    const QList<IdName> classes = ReadIdNameFile(home.filePath("classes"), false);
-    QCOMPARE(classes.size(), 2);
-    QCOMPARE(classes[0].Id, 1);
-    QCOMPARE(classes[0].Name, QString("M1 Carrier"));
-    QCOMPARE(classes[1].Name, QString("Name: with colon"));
-    const QList<IdName> variants = ReadIdNameFile(home.filePath("variant"), true);
-    QCOMPARE(variants.size(), 2);
-    QCOMPARE(variants[0].Id, 0);
-    QCOMPARE(variants[0].Name, QString("Standard"));
-    QCOMPARE(variants[1].Id, 3);
-    QVERIFY(ReadIdNameFile(home.filePath("missing"), false).isEmpty());
+    QCOMPARE(accepted.settings().GameDirs, QStringList{home.filePath("game")});
 }
 
 QTEST_MAIN(TestDocument)

@@ -180,12 +180,14 @@ void TestGameDirs::windowDetectsOnlyWithAnEmptyList()
         auto prompts = std::make_unique<ScriptedPrompter>();
         ScriptedPrompter* shown = prompts.get();
         DCreateShip window(std::move(prompts));
-        QCOMPARE(window.GameDirs, QStringList{game});
+        QCOMPARE(window.settings().GameDirs, QStringList{game});
         QVERIFY(shown->shown.isEmpty());
 
-        window.GameDirs = {wineGame};
+        AppSettings settings = window.settings();
+        settings.GameDirs = {wineGame};
+        window.setSettings(settings);
         window.DetectGameDirs();
-        QCOMPARE(window.GameDirs, QStringList{wineGame});
+        QCOMPARE(window.settings().GameDirs, QStringList{wineGame});
     }
 }
 

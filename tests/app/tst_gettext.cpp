@@ -57,7 +57,7 @@ bool WritePacked(const QString& path, const QByteArray& content)
 
 QString TextOf(const DCreateShip& window, int id)
 {
-    for (const GameText& text : window.GameTextList) {
+    for (const GameText& text : window.gameTexts().Texts()) {
         if (text.Id == id)
             return text.Text;
     }
@@ -103,6 +103,7 @@ private slots:
     void baseLanguageAndVariantReferences();
     void damagedPagesGiveFewerNames();
     void noGameLeavesListsEmpty();
+    void classAndVariantFiles();
     void importTextFromFilesAndCatalogs();
     void importTextDirOffersPageFiles();
     void sampleGameNames_data();
@@ -150,9 +151,9 @@ void TestGetText::catalogsInOrderThenLooseFiles()
     QCOMPARE(TextOf(window, 9005), QString(readLoose ? "Loose xml" : "Only in 03"));
     QCOMPARE(TextOf(window, 9007), QString("<none>"));
     QCOMPARE(TextOf(window, 2021), QString("Carrier"));
-    QCOMPARE(window.GameTextList.size(), 4);
-    QCOMPARE(window.ClassNames.value(0), QString("Carrier"));
-    QVERIFY(window.TextLoaded);
+    QCOMPARE(window.gameTexts().Texts().size(), 4);
+    QCOMPARE(window.gameTexts().ClassNames().value(0), QString("Carrier"));
+    QVERIFY(window.gameTexts().Loaded());
     QVERIFY(window.isEnabled());
     QVERIFY(window.QMainWindow::statusBar()->currentMessage().isEmpty());
     VerifyNoWorkFiles(fixture);
@@ -179,15 +180,15 @@ void TestGetText::baseLanguageAndVariantReferences()
     QVERIFY(AddEntry(game + "/02.cat", "t\\490001.xml", Page({{10004, "Frachter"}})));
 
     DCreateShip& window = fixture.make();
-    QCOMPARE(window.BaseLang, QString("49"));
+    QCOMPARE(window.settings().BaseLang, QString("49"));
     window.GetText();
     QCOMPARE(TextOf(window, 9001), QString("<none>"));
     QCOMPARE(TextOf(window, 10004), QString("Frachter"));
 
     auto variantName = [&window](int id) {
-        for (qsizetype i = 0; i < window.ShipVariants.size(); ++i) {
-            if (window.ShipVariants[i].Id == id)
-                return window.VariantNames.value(i);
+        for (qsizetype i = 0; i < window.gameTexts().Variants().size(); ++i) {
+            if (window.gameTexts().Variants()[i].Id == id)
+                return window.gameTexts().VariantNames().value(i);
         }
         return QString("<no variant>");
     };
@@ -220,7 +221,7 @@ void TestGetText::damagedPagesGiveFewerNames()
     QCOMPARE(TextOf(window, 9011), QString("Before the break"));
     QCOMPARE(TextOf(window, 0), QString("no number"));
     QCOMPARE(TextOf(window, 9021), QString("<none>"));
-    QVERIFY(window.TextLoaded);
+    QVERIFY(window.gameTexts().Loaded());
     VerifyNoWorkFiles(fixture);
     QVERIFY(QFile::exists(game + "/t/440004.pck"));
 }
@@ -231,11 +232,28 @@ void TestGetText::noGameLeavesListsEmpty()
     DCreateShip& window = fixture.make();
     window.setEnabled(false);
     window.GetText();
-    QVERIFY(window.GameTextList.isEmpty());
-    QVERIFY(!window.VariantNames.isEmpty());
-    QCOMPARE(window.VariantNames.count(QString()), window.VariantNames.size());
+    QVERIFY(window.gameTexts().Texts().isEmpty());
+    QVERIFY(!window.gameTexts().VariantNames().isEmpty());
+    QCOMPARE(window.gameTexts().VariantNames().count(QString()), window.gameTexts().VariantNames().size());
     QVERIFY(window.isEnabled());
-    QVERIFY(window.TextLoaded);
+    QVERIFY(window.gameTexts().Loaded());
+}
+
+void TestGetText::classAndVariantFiles()
+{
+    TempHome home;
+    home.writeFile("classes", "// comment\n1:M1 Carrier\n0:Nothing\nx:Bad\n5:Name: with colon\n");
+    home.writeFile("variant", "0:Standard\n0:\n3:Vanguard\n//4:Commented\n");
+    const QList<IdName> classes = ReadIdNameFile(home.filePath("classes"), false);
+    QCOMPARE(classes.size(), 2);
+    QCOMPARE(classes[0].Id, 1);
+    QCOMPARE(classes[1].Name, QString("Name: with colon"));
+    // A variant of id 0 is kept when it has a name.
+    const QList<IdName> variants = ReadIdNameFile(home.filePath("variant"), true);
+    QCOMPARE(variants.size(), 2);
+    QCOMPARE(variants[0].Name, QString("Standard"));
+    QCOMPARE(variants[1].Id, 3);
+    QVERIFY(ReadIdNameFile(home.filePath("missing"), false).isEmpty());
 }
 
 void TestGetText::importTextFromFilesAndCatalogs()
@@ -256,16 +274,16 @@ void TestGetText::importTextFromFilesAndCatalogs()
 
     DCreateShip& window = fixture.make();
     SetNameId(window, 9001);
-    window.TextDir = files;
+    ChangeSettings(window, [&](AppSettings& s) { s.TextDir = files; });
     fixture.prompts->filesAnswers.enqueue(
         {twoLanguages, twoPages, files + "/070001.pck", files + "/390001.xml", files + "/broken.xml"});
     window.Slot_ImportText();
 
     QCOMPARE(fixture.prompts->shown.size(), 1);
     QCOMPARE(fixture.prompts->shown[0].kind, QString("openFiles"));
-    QCOMPARE(fixture.prompts->shown[0].caption, window.UiText[84]);
+    QCOMPARE(fixture.prompts->shown[0].caption, window.uiText()[84]);
     QCOMPARE(fixture.prompts->shown[0].text, files);
-    QCOMPARE(fixture.prompts->shown[0].buttons, QStringList{window.UiText[83] + " (*.pck *.xml *.cat)"});
+    QCOMPARE(fixture.prompts->shown[0].buttons, QStringList{window.uiText()[83] + " (*.pck *.xml *.cat)"});
     QCOMPARE(Rows(window), QStringList({"07|Packed|", "39|Plain &|", "44|Lance|A fighter", "44|Page one|",
                                         "44|Page two|Two", "49|Lanze|"}));
     VerifyNoWorkFiles(fixture);
@@ -299,9 +317,9 @@ void TestGetText::importTextDirOffersPageFiles()
 
     QCOMPARE(fixture.prompts->shown.size(), 2);
     QCOMPARE(fixture.prompts->shown[0].kind, QString("directory"));
-    QCOMPARE(fixture.prompts->shown[0].caption, window.UiText[162]);
+    QCOMPARE(fixture.prompts->shown[0].caption, window.uiText()[162]);
     QCOMPARE(fixture.prompts->shown[1].kind, QString("item"));
-    QCOMPARE(fixture.prompts->shown[1].caption, "Qt: " + window.UiText[226]);
+    QCOMPARE(fixture.prompts->shown[1].caption, "Qt: " + window.uiText()[226]);
     QCOMPARE(fixture.prompts->shown[1].buttons, QStringList({"0001", "7016"}));
     QCOMPARE(Rows(window), QStringList({"44|Lance|", "49|Lanze|Jaeger"}));
     VerifyNoWorkFiles(fixture);
@@ -337,7 +355,7 @@ void TestGetText::sampleGameNames()
                                              "\n</common>\n<hullwright>\nBaseLang: " + baseLang.toUtf8() +
                                              "\n</hullwright>\n");
     DCreateShip& window = fixture.make();
-    QCOMPARE(window.GameDirs.value(0), sample);
+    QCOMPARE(window.settings().GameDirs.value(0), sample);
     window.GetText();
 
     int ships = 0;

@@ -1,8 +1,8 @@
 // A ship from the form to a package and back: the main window's BuildPackage,
 // Save, OpenPackage and ShowPackage, with real files and a scripted prompter.
 #include "WindowFixture.h"
-#include "app/core/Services.h"
-#include "app/core/StatusProgressBar.h"
+#include "core/Services.h"
+#include "core/StatusProgressBar.h"
 #include "forms/WListView.h"
 #include "gamedata/ShipLine.h"
 #include "package/Lzma.h"
@@ -48,7 +48,7 @@ QStringList Snapshot(DCreateShip& window)
     out.append("TextRaw=" + window.TextRaw->toPlainText());
     out.append("TextComment=" + window.TextComment->toPlainText());
     for (QTreeWidget* list : std::initializer_list<QTreeWidget*>{
-             window.ModelList, window.OtherList, window.ScriptList, window.ListText, window.ListDummy,
+             window.modelList(), window.otherList(), window.scriptList(), window.ListText, window.ListDummy,
              window.ListComp, window.ListCockpit}) {
         out.append(list->objectName() + ":");
         AddRows(list->invisibleRootItem(), out, "  ");
@@ -105,10 +105,10 @@ void TestPackageRoundTrip::shipMakesTheWholeRound()
     window.LineCockpitScene->setText("rt_cockpit");
     window.LineSceneFile->setText(src("scene.bod"));
     window.LineSceneFileCp->setText(src("cockpit.bod"));
-    Row(window.ModelList, {src("hull.bod"), "objects/ships"});
-    Row(window.ModelList, {src("turret.bob"), "objects/ships/parts"});
-    Row(window.OtherList, {src("tex ture.dds"), "textures"});
-    Row(window.ScriptList, {src("setup.ship.xml"), "    20 B", "1700000000"});
+    Row(window.modelList(), {src("hull.bod"), "objects/ships"});
+    Row(window.modelList(), {src("turret.bob"), "objects/ships/parts"});
+    Row(window.otherList(), {src("tex ture.dds"), "textures"});
+    Row(window.scriptList(), {src("setup.ship.xml"), "    20 B", "1700000000"});
     Row(window.ListText, {"44", "Round: Trip", "Description: with colons: kept"});
     Row(window.ListText, {"49", "Rundreise", "Beschreibung"});
     Row(window.ListDummy, {"SDTYPE_GUN", "1;2;3;"});
@@ -124,9 +124,9 @@ void TestPackageRoundTrip::shipMakesTheWholeRound()
     const QString second = files.filePath("out/second.xsp");
     QDir().mkpath(files.filePath("out"));
     QVERIFY(window.Save(first));
-    QCOMPARE(window.CurrentFile, first);
+    QCOMPARE(window.document().CurrentFile(), first);
     QCOMPARE(fixture.prompts->messages("information").size(), 1);
-    QVERIFY(!window.ProgressBar->isVisible());
+    QVERIFY(!window.progressBar()->isVisible());
     QVERIFY(window.TabData->isEnabled());
     // The saved line names the turret's cockpit and ends in the id.
     const QString data = window.TextRaw->toPlainText();
@@ -138,7 +138,7 @@ void TestPackageRoundTrip::shipMakesTheWholeRound()
     QVERIFY(window.ClearDocument());
     QVERIFY(window.OpenPackage(first));
     QVERIFY(!window.IsModified());
-    QCOMPARE(window.CurrentFile, first);
+    QCOMPARE(window.document().CurrentFile(), first);
     const QStringList opened = Snapshot(window);
 
     // The form shows the package's files in WorkDir, in their stored forms.
@@ -160,8 +160,8 @@ void TestPackageRoundTrip::shipMakesTheWholeRound()
     QCOMPARE(ReadFile(fixture.home.filePath("ShipInstall/textures/tex ture.dds")),
              ReadFile(src("tex ture.dds")));
     QCOMPARE(ReadFile(fixture.home.filePath("ShipInstall/objects/ships/parts/turret.pbb")).isEmpty(), false);
-    QCOMPARE(window.ScriptList->topLevelItem(0)->text(0), QString("<PACKAGE>/Scripts/setup.ship.xml"));
-    QCOMPARE(window.ScriptList->topLevelItem(0)->text(2), QString("1700000000"));
+    QCOMPARE(window.scriptList()->topLevelItem(0)->text(0), QString("<PACKAGE>/Scripts/setup.ship.xml"));
+    QCOMPARE(window.scriptList()->topLevelItem(0)->text(2), QString("1700000000"));
     QCOMPARE(ReadFile(fixture.home.filePath("ShipInstall/Scripts/setup.ship.xml")),
              ReadFile(src("setup.ship.xml")));
     QVERIFY(opened.contains("  44|Round Trip|Description: with colons: kept"));
@@ -218,15 +218,15 @@ void TestPackageRoundTrip::buildPackageSettlesLineAndModels()
     window.LineShipScene->setText("wing");
     window.LineCockpitScene->setText("ck");
     window.LineSceneFile->setText(src("scene.bod"));
-    Row(window.ModelList, {src("a/hull.bod"), "objects/ships"});
-    Row(window.ModelList, {src("b/hull.bob"), "objects/ships/"}); // .bob after .bod replaces it
-    Row(window.ModelList, {src("c/gun.bob"), "objects/guns"});
-    Row(window.ModelList, {src("d/gun.bod"), "objects/guns"}); // .bod after .bob is dropped
-    Row(window.ModelList, {src("wing.pbd"), "objects/cut"});   // the ship scene's stem: packed already
-    Row(window.ModelList, {src("missing.bob"), "objects"});    // no file: dropped
-    Row(window.ModelList, {src("c/gun.bob"), ""});             // a name at the game's root
-    Row(window.OtherList, {src("x.txt"), "docs"});
-    Row(window.OtherList, {src("y/x.txt"), "docs"}); // same name in the package: dropped
+    Row(window.modelList(), {src("a/hull.bod"), "objects/ships"});
+    Row(window.modelList(), {src("b/hull.bob"), "objects/ships/"}); // .bob after .bod replaces it
+    Row(window.modelList(), {src("c/gun.bob"), "objects/guns"});
+    Row(window.modelList(), {src("d/gun.bod"), "objects/guns"}); // .bod after .bob is dropped
+    Row(window.modelList(), {src("wing.pbd"), "objects/cut"});   // the ship scene's stem: packed already
+    Row(window.modelList(), {src("missing.bob"), "objects"});    // no file: dropped
+    Row(window.modelList(), {src("c/gun.bob"), ""});             // a name at the game's root
+    Row(window.otherList(), {src("x.txt"), "docs"});
+    Row(window.otherList(), {src("y/x.txt"), "docs"}); // same name in the package: dropped
 
     const std::unique_ptr<ShipPackage> record = window.BuildPackage();
     QVERIFY(record->SceneFile);
@@ -266,10 +266,11 @@ void TestPackageRoundTrip::openFailuresAndTheirMessages()
     // A newer format: its own message, and the form stays empty.
     QVERIFY(!window.OpenPackage(package("new.xsp", "Packager: 1.5\nName: N\nAuthor: A\n")));
     QCOMPARE(criticals().size(), 1);
-    QCOMPARE(criticals().last().caption, window.UiTextExtra[1]);
-    QCOMPARE(criticals().last().text, window.UiTextExtra[2]);
-    QCOMPARE(criticals().last().buttons, QStringList{window.UiTextExtra[0]});
-    QVERIFY(!window.SavedPackage && window.CurrentFile.isEmpty() && window.LineName->text().isEmpty());
+    QCOMPARE(criticals().last().caption, window.uiTextExtra()[1]);
+    QCOMPARE(criticals().last().text, window.uiTextExtra()[2]);
+    QCOMPARE(criticals().last().buttons, QStringList{window.uiTextExtra()[0]});
+    QVERIFY(!window.document().Saved() && window.document().CurrentFile().isEmpty() &&
+            window.LineName->text().isEmpty());
 
     // A name that leaves WorkDir: refused with the entry named, nothing written outside.
     const QString hostile =
@@ -287,8 +288,8 @@ void TestPackageRoundTrip::openFailuresAndTheirMessages()
     WriteFile(files.filePath("cut.xsp"), ReadFile(whole).left(int(QFileInfo(whole).size() / 2)));
     QVERIFY(!window.OpenPackage(files.filePath("cut.xsp")));
     QCOMPARE(criticals().size(), 3);
-    QCOMPARE(criticals().last().caption, window.UiText[63]);
-    QCOMPARE(criticals().last().text, window.UiText[64] + " " + files.filePath("cut.xsp"));
+    QCOMPARE(criticals().last().caption, window.uiText()[63]);
+    QCOMPARE(criticals().last().text, window.uiText()[64] + " " + files.filePath("cut.xsp"));
     QVERIFY(!QFileInfo::exists(fixture.home.filePath("ShipInstall/big.bin")));
 
     WriteFile(files.filePath("text.xsp"), "this is a letter, not a package\n");
@@ -298,8 +299,8 @@ void TestPackageRoundTrip::openFailuresAndTheirMessages()
 
     QVERIFY(!window.OpenPackage(files.filePath("missing.xsp")));
     QCOMPARE(criticals().size(), 4);
-    QCOMPARE(criticals().last().text, window.UiText[64] + " " + files.filePath("missing.xsp"));
-    QVERIFY(!window.SavedPackage && window.CurrentFile.isEmpty());
+    QCOMPARE(criticals().last().text, window.uiText()[64] + " " + files.filePath("missing.xsp"));
+    QVERIFY(!window.document().Saved() && window.document().CurrentFile().isEmpty());
     QVERIFY(window.TabData->isEnabled());
 
     // A plain stream opens as well as a compressed one.
@@ -319,7 +320,7 @@ void TestPackageRoundTrip::failedSaveKeepsThePackage()
     window.LineName->setText("N");
     window.LineAuthor->setText("A");
     window.LineID->setText("ID");
-    Row(window.OtherList, {files.filePath("big.dds"), "textures"});
+    Row(window.otherList(), {files.filePath("big.dds"), "textures"});
     const QString target = files.filePath("ship.xsp");
     const QByteArray previous = "the package saved yesterday";
     WriteFile(target, previous);
@@ -327,8 +328,8 @@ void TestPackageRoundTrip::failedSaveKeepsThePackage()
 
     // The stream shrinks under the encoder: the compression fails.
     bool truncated = false;
-    QObject::connect(window.ProgressBar, &QProgressBar::valueChanged, [&] {
-        if (!truncated && window.QMainWindow::statusBar()->currentMessage().startsWith(window.UiText[361]))
+    QObject::connect(window.progressBar(), &QProgressBar::valueChanged, [&] {
+        if (!truncated && window.QMainWindow::statusBar()->currentMessage().startsWith(window.uiText()[361]))
             truncated = QFile::resize(stream, 10);
     });
     QVERIFY(!window.Save(target));
@@ -337,9 +338,9 @@ void TestPackageRoundTrip::failedSaveKeepsThePackage()
     QCOMPARE(QDir(files.path()).entryList(QDir::Files), (QStringList{"big.dds", "ship.xsp"}));
     QVERIFY(!QFileInfo::exists(stream));
     QVERIFY(fixture.prompts->shown.isEmpty()); // no box, and above all no confirmation
-    QCOMPARE(window.QMainWindow::statusBar()->currentMessage(), FormatMessage(window.UiText[76], target));
-    QVERIFY(!window.SavedPackage && window.CurrentFile.isEmpty()); // still unsaved
-    QVERIFY(window.TabData->isEnabled() && !window.ProgressBar->isVisible());
+    QCOMPARE(window.QMainWindow::statusBar()->currentMessage(), FormatMessage(window.uiText()[76], target));
+    QVERIFY(!window.document().Saved() && window.document().CurrentFile().isEmpty()); // still unsaved
+    QVERIFY(window.TabData->isEnabled() && !window.progressBar()->isVisible());
 
     // A stream file that cannot be made: the save's critical box, and nothing changes.
     QDir().mkpath(stream); // a directory where the stream would go
@@ -347,8 +348,8 @@ void TestPackageRoundTrip::failedSaveKeepsThePackage()
     QVERIFY(!window.Save(target));
     const auto criticals = fixture.prompts->messages("critical");
     QCOMPARE(criticals.size(), 1);
-    QCOMPARE(criticals.last().caption, window.UiText[75]);
-    QCOMPARE(criticals.last().text, FormatMessage(window.UiText[76], target));
+    QCOMPARE(criticals.last().caption, window.uiText()[75]);
+    QCOMPARE(criticals.last().text, FormatMessage(window.uiText()[76], target));
     QCOMPARE(window.TextRaw->toPlainText(), QString("1;2;3;"));
     QCOMPARE(ReadFile(target), previous);
 }
@@ -357,7 +358,7 @@ void TestPackageRoundTrip::updateNoteBesideThePackage()
 {
     WindowFixture fixture("SaveWeb\n");
     DCreateShip& window = fixture.make();
-    QVERIFY(window.SaveWeb);
+    QVERIFY(window.settings().SaveWeb);
     QTemporaryDir files;
     window.LineName->setText("Fast Ship");
     window.LineAuthor->setText("A");

@@ -326,7 +326,7 @@ void TestSelectShip::headerOnlyTableShowsNoDialogAndShortLinesStillLoad()
     window.Slot_LoadShip();
     QVERIFY(!driver.shown);
     QCOMPARE(window.TextRaw->toPlainText(), rawBefore);
-    QCOMPARE(fixture.prompts->shown.first().caption, window.UiText[57]);
+    QCOMPARE(fixture.prompts->shown.first().caption, window.uiText()[57]);
 
     // A line with too few fields loads as it stands: missing fields read as
     // empty or 0.
@@ -409,7 +409,7 @@ void TestSelectShip::loadShipDataOffersEverySampleShipInBothLanguages()
     WindowFixture fixture;
     QVERIFY(CopyTree(sample, fixture.home.filePath("game")));
     DCreateShip& window = fixture.make();
-    window.BaseLang = language;
+    ChangeSettings(window, [&](AppSettings& s) { s.BaseLang = language; });
     window.GetText();
 
     const QStringList tableLines =

@@ -1,7 +1,7 @@
 #include "TestSupport.h"
-#include "app/core/ProgramDir.h"
-#include "app/core/Services.h"
-#include "app/core/StatusProgressBar.h"
+#include "core/ProgramDir.h"
+#include "core/Services.h"
+#include "core/StatusProgressBar.h"
 
 #include <QDir>
 #include <QFile>

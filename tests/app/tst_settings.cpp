@@ -1,5 +1,9 @@
-#include "WindowFixture.h"
+// config.dat: reading both sections and keeping other programs' lines.
+#include "TestSupport.h"
+#include "app/GameDirSearch.h"
+#include "core/AppSettings.h"
 
+#include <QFile>
 #include <QtTest>
 
 class TestSettings : public QObject
@@ -13,8 +17,7 @@ private slots:
 
 void TestSettings::readsBothSectionsAndDropsRemovedGames()
 {
-    TempHome home(true);
-    QDir(home.path()).mkpath("game");
+    TempHome home;
     home.writeFile("game/x3.exe", "");
     const QByteArray game = home.filePath("game").toUtf8();
     home.writeFile("config.dat",
@@ -22,61 +25,54 @@ void TestSettings::readsBothSectionsAndDropsRemovedGames()
                        "\nModDir: /mods dir\n</common>\n<hullwright>\nBaseLang: 44 extra\n"
                        "DefAuthor: Jane Q Modder\nX2BC\nNoTextT\nSaveWeb extra\nUnknown: x\n"
                        "</hullwright>\nDefWeb: outside any section\n");
-    auto prompts = std::make_unique<ScriptedPrompter>();
-    DCreateShip window(std::move(prompts));
-    QCOMPARE(window.GameDirs, QStringList{QString::fromUtf8(game)});
-    QCOMPARE(window.Language, QString("English"));
-    QCOMPARE(window.BaseLang, QString("44"));
-    QCOMPARE(window.ModDir, QString("/mods dir"));
-    QCOMPARE(window.DefAuthor, QString("Jane Q Modder"));
-    QVERIFY(window.DefWeb.isEmpty());
-    QVERIFY(window.X2BC);
-    QVERIFY(!window.SaveWeb); // flag lines match as whole lines only
-    QVERIFY(window.ReadTextAtStart);
-    QVERIFY(!window.ReadTextTableAtStart);
+    const AppSettings s = ReadSettingsFile(home.filePath("config.dat"), HoldsGameExecutable);
+    QCOMPARE(s.GameDirs, QStringList{QString::fromUtf8(game)});
+    QCOMPARE(s.Language, QString("English"));
+    QCOMPARE(s.BaseLang, QString("44"));
+    QCOMPARE(s.ModDir, QString("/mods dir")); // keys of either section count in either
+    QCOMPARE(s.DefAuthor, QString("Jane Q Modder"));
+    QVERIFY(s.DefWeb.isEmpty());
+    QVERIFY(s.X2BC);
+    QVERIFY(!s.SaveWeb); // flag lines match as whole lines only
+    QVERIFY(s.ReadTextAtStart && !s.ReadTextTableAtStart);
 }
 
 void TestSettings::garbageAndMissingFileGiveDefaults()
 {
-    for (const QByteArray& content : {QByteArray(), QByteArray("\x01\x02garbage\n<hullwright\nDir:\n"),
+    TempHome home;
+    for (const QByteArray& content : {QByteArray("\x01\x02garbage\n<hullwright\nDir:\n"),
                                       QByteArray("<common>\nLanguage:\n</common>\n")}) {
-        TempHome home(true);
-        if (!content.isEmpty())
-            home.writeFile("config.dat", content);
-        auto prompts = std::make_unique<ScriptedPrompter>();
-        ScriptedPrompter* asked = prompts.get();
-        DCreateShip window(std::move(prompts));
-        QCOMPARE(window.Language, QString("English"));
-        QCOMPARE(window.BaseLang, QString("44"));
-        QVERIFY(window.ReadTextAtStart);
-        QVERIFY(window.GameDirs.isEmpty());
-        QCOMPARE(asked->shown.size(), 1); // only the question for a game directory
-        QCOMPARE(asked->shown[0].kind, QString("directory"));
+        home.writeFile("config.dat", content);
+        QCOMPARE(ReadSettingsFile(home.filePath("config.dat"), HoldsGameExecutable), AppSettings());
     }
+    QCOMPARE(ReadSettingsFile(home.filePath("missing.dat"), HoldsGameExecutable), AppSettings());
 }
 
 void TestSettings::saveKeepsForeignSectionsBehindOurs()
 {
-    WindowFixture fixture;
-    fixture.home.writeFile("config.dat", "<other>\nkeep me\n</other>\n<hullwright>\nnot ours to keep\n"
-                                         "</hullwright>\ntrailing line\n");
-    DCreateShip& window = fixture.make();
-    window.GameDirs = QStringList{"/g1", "/g2"};
-    window.DefAuthor = "Two Words";
-    window.ReadTextAtStart = false;
-    window.Prefix = true;
-    window.SaveSettings();
-    const QString written = QString::fromUtf8(fixture.home.readFile("config.dat"));
+    TempHome home;
+    const QString path = home.filePath("config.dat");
+    home.writeFile("config.dat", "<other>\nkeep me\n</other>\n<hullwright>\nnot ours to keep\n"
+                                 "</hullwright>\ntrailing line\n");
+    AppSettings settings;
+    settings.GameDirs = {"/g1", "/g2"};
+    settings.DefAuthor = "Two Words";
+    settings.ReadTextAtStart = false;
+    settings.Prefix = true;
+    QVERIFY(WriteSettingsFile(settings, path));
     const QString expected = "<common>\nVersion: 2\nLanguage: English\nDir: /g1\nDir: /g2\n</common>\n"
                              "<hullwright>\nModDir: \nBaseLang: 44\nModelDir: \nSaveDir: \nTypeDir: \n"
                              "TextDir: \nX2bcDir: \nScriptDir: \nDefAuthor: Two Words\nDefWeb: \n"
                              "DefMirror1: \nDefMirror2: \nPrefix\nNoText\n</hullwright>\n"
                              "<other>\nkeep me\n</other>\ntrailing line\n";
-    QCOMPARE(written, expected);
+    QCOMPARE(QString::fromUtf8(home.readFile("config.dat")), expected);
+    QVERIFY(WriteSettingsFile(settings, path)); // a second save keeps the foreign lines once
+    QCOMPARE(QString::fromUtf8(home.readFile("config.dat")), expected);
 
-    window.SaveSettings(); // a second save keeps the same foreign lines once
-    QCOMPARE(QString::fromUtf8(fixture.home.readFile("config.dat")), expected);
+    // What is written reads back as the same value.
+    const auto acceptAll = [](const QString&) { return true; };
+    QCOMPARE(ReadSettingsFile(path, acceptAll), settings);
 }
 
-QTEST_MAIN(TestSettings)
+QTEST_GUILESS_MAIN(TestSettings)
 #include "tst_settings.moc"

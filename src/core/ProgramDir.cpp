@@ -1,4 +1,4 @@
-#include "app/core/ProgramDir.h"
+#include "core/ProgramDir.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
-#include "app/core/Services.h"
+#include "core/Services.h"
 
-#include "app/core/ProgramDir.h"
+#include "core/ProgramDir.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "app/core/StatusProgressBar.h"
+#include "core/StatusProgressBar.h"
 
 StatusProgressBar::StatusProgressBar(QWidget* parent, const char* name) : QProgressBar(parent)
 {
