@@ -26,11 +26,11 @@ namespace {
 QString ShipLineOf(int nameId, int variation, const QString& id)
 {
     QStringList fields(65, "0");
-    fields[6] = QString::number(nameId);
-    fields[16] = "ships\\" + id.toLower();
-    fields[17] = "cockpits\\" + id.toLower();
-    fields[50] = QString::number(variation);
-    fields[64] = id;
+    fields[ShipLineField::NameId] = QString::number(nameId);
+    fields[ShipLineField::ShipScene] = "ships\\" + id.toLower();
+    fields[ShipLineField::CockpitScene] = "cockpits\\" + id.toLower();
+    fields[ShipLineField::Variation] = QString::number(variation);
+    fields[TailIndex(DefaultShipLine) + ShipTailOffset::ShipId] = id;
     return fields.join(u';') + ";";
 }
 
