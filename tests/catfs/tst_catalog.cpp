@@ -68,7 +68,6 @@ private slots:
     void replacingInnerEntryMovesItToTheEnd();
     void equalSizeReplacementKeepsPlace();
     void openReaderFollowsMovedEntry();
-    void crOnlyCatalogAndDataNameWithSlash();
     void lastEntryChangesInPlaceAndDatIsCut();
     void packedEntrySizeIncludesLeadByte();
     void removingEntryClosesTheGap();
@@ -77,18 +76,16 @@ private slots:
     void entryNamesMustFitALine();
     void listingPatterns();
     void largeCatalogLoadsAndLists();
-    void corpusFilesThroughACatalog();
 };
 
 void TestCatalog::readsForeignCatalogText()
 {
     QTemporaryDir dir;
     const QString base = dir.filePath("01");
-    // CR LF line ends, blank lines, a name with blanks, an empty entry and a
-    // last line without a line end.
-    const QByteArray text =
-        "01.dat\r\n\r\ntypes/TShips.pck 5\r\nsome dir/my file.txt 3\r\n\r\nempty.txt 0\r\n"
-        "t/0001.xml 4";
+    // CR LF and lone CR line ends, blank lines, a .dat name with a slash, a
+    // name with blanks, an empty entry and a last line without a line end.
+    const QByteArray text = "sub/01.dat\r\n\r\ntypes/TShips.pck 5\r\nsome dir/my file.txt 3\r\rempty.txt 0\r"
+                            "t/0001.xml 4";
     WritePairRaw(base, text,
                  {{"types/TShips.pck", "ships"}, {"x", "abc"}, {"empty.txt", ""}, {"t/0001.xml", "page"}});
     const QList<Listed> listed = List(base + ".cat");
@@ -110,9 +107,11 @@ void TestCatalog::readsForeignCatalogText()
     // After a change the writer leaves LF only and '/' separators, and keeps
     // the line that had no line end.
     QVERIFY(DriverWrite(P(base + ".cat::types\\TShips.pck"), "SHIPS", CatKindPlain));
-    QCOMPARE(CatalogText(base + ".cat"),
-             QByteArray("01.dat\ntypes/TShips.pck 5\nsome dir/my file.txt 3\nempty.txt 0\nt/0001.xml 4\n"));
+    QCOMPARE(
+        CatalogText(base + ".cat"),
+        QByteArray("sub/01.dat\ntypes/TShips.pck 5\nsome dir/my file.txt 3\nempty.txt 0\nt/0001.xml 4\n"));
     QCOMPARE(DriverRead(P(base + ".cat::types\\tships.pck")), QByteArray("SHIPS"));
+    VerifyPairOnDisk(base, {{"types/TShips.pck", "SHIPS"}, {"t/0001.xml", "page"}});
 }
 
 void TestCatalog::dataFileFollowsCatalogName()
@@ -272,18 +271,6 @@ void TestCatalog::openReaderFollowsMovedEntry()
     QCOMPARE(XorBytes(ReadFile(base + ".dat"), 0xA7), QByteArray("0123456789A"));
 }
 
-void TestCatalog::crOnlyCatalogAndDataNameWithSlash()
-{
-    QTemporaryDir dir;
-    const QString base = dir.filePath("01");
-    WritePairRaw(base, "sub/01.dat\rx/a.txt 2\ry 1", {{"x/a.txt", "aa"}, {"y", "b"}});
-    QCOMPARE(DriverRead(P(base + ".cat::x\\a.txt")), QByteArray("aa"));
-    QVERIFY(DriverWrite(P(base + ".cat::x\\a.txt"), "AA", CatKindPlain));
-    QVERIFY(DriverWrite(P(base + ".cat::z"), "zz", CatKindPlain));
-    QCOMPARE(CatalogText(base + ".cat"), QByteArray("sub/01.dat\nx/a.txt 2\ny 1\nz 2\n"));
-    VerifyPairOnDisk(base, {{"x/a.txt", "AA"}, {"y", "b"}, {"z", "zz"}});
-}
-
 void TestCatalog::lastEntryChangesInPlaceAndDatIsCut()
 {
     QTemporaryDir dir;
@@ -428,7 +415,8 @@ void TestCatalog::listingPatterns()
 
 void TestCatalog::largeCatalogLoadsAndLists()
 {
-    // Many entries: names are found by hash, not by walking the list.
+    // Many entries: every one is listed and found again by name without
+    // regard to case. How fast this goes is measured by bench_catfs.
     QTemporaryDir dir;
     const QString base = dir.filePath("big");
     QByteArray text = "big.dat\n";
@@ -437,8 +425,6 @@ void TestCatalog::largeCatalogLoadsAndLists()
         text += "objects/ships/model_" + QByteArray::number(i) + ".pbb 1\n";
     WriteFile(base + ".cat", XorCatalogBytes(text));
     WriteFile(base + ".dat", XorBytes(QByteArray(count, 'm'), 0xA7));
-    QElapsedTimer timer;
-    timer.start();
     CatArchiveHandle* archive = CatOpenArchive(P(base + ".cat").constData(), 0);
     QVERIFY(archive);
     CatFindData data;
@@ -458,41 +444,6 @@ void TestCatalog::largeCatalogLoadsAndLists()
         QVERIFY(CatClose(file));
     }
     QVERIFY(CatCloseArchive(archive));
-    QVERIFY2(timer.elapsed() < 5000, "loading 100,000 entries took seconds");
-}
-
-void TestCatalog::corpusFilesThroughACatalog()
-{
-    const QString corpus = qEnvironmentVariable("HW_CORPUS_DIR");
-    if (corpus.isEmpty() || !QDir(corpus).exists())
-        QSKIP("no corpus directory");
-    QTemporaryDir dir;
-    const QString cat = dir.filePath("05.cat");
-    CatArchiveHandle* archive = CatOpenArchive(P(cat).constData(), 1);
-    QVERIFY(archive);
-    const QMap<QByteArray, QString> files = {{"types\\TShips.pck", "x3tc/types/TShips.txt"},
-                                             {"types\\TLaser.txt", "x3tc/types/TLaser.txt"},
-                                             {"t\\0001-L044.pck", "x3tc/t/0001-L044.xml"},
-                                             {"objects\\cut\\00749.pbd", "x3tc/objects/cut/00749.bod"}};
-    for (auto it = files.begin(); it != files.end(); ++it) {
-        const QByteArray data = ReadFile(QDir(corpus).filePath(it.value()));
-        QVERIFY(!data.isEmpty());
-        const int32_t kind = it.key().endsWith(".txt") ? CatKindPlain : CatKindPacked;
-        QVERIFY(DriverWrite(P(cat + "::") + it.key(), data, kind));
-    }
-    // Replace the first one again: it moves behind the others.
-    const QByteArray ships = ReadFile(QDir(corpus).filePath("x3tc/types/TShips.txt"));
-    QVERIFY(DriverWrite(P(cat + "::types\\TShips.pck"), ships + "\n", CatKindPacked));
-    QVERIFY(CatCloseArchive(archive));
-    for (auto it = files.begin(); it != files.end(); ++it) {
-        QByteArray expected = ReadFile(QDir(corpus).filePath(it.value()));
-        if (it.key() == "types\\TShips.pck")
-            expected += "\n";
-        bool ok = false;
-        QCOMPARE(DriverRead(P(cat + "::") + it.key(), &ok), expected);
-        QVERIFY(ok);
-    }
-    QCOMPARE(ReadCatalog(cat).last().name, QByteArray("types/TShips.pck"));
 }
 
 QTEST_GUILESS_MAIN(TestCatalog)

@@ -106,7 +106,6 @@ void TestDriver::argumentsAndHandlesAreChecked()
     QVERIFY(!CatSeek(file, 0, 7));
     QCOMPARE(CatLastError(), uint32_t(CatErrSeekMode));
     QVERIFY(CatClose(file));
-    QCOMPARE(QString(CatErrorText(CatErrGzipHeaderCrc)), QString("GZIP - header CRC does not match"));
 }
 
 void TestDriver::sharingRuleRefusesSecondWriter()
@@ -158,21 +157,6 @@ void TestDriver::readersShareImageWithOwnPositions()
         QCOMPARE(ReadSome(second, 100), QByteArray("56789"));
         QVERIFY(CatClose(second));
     }
-    // An entry stays in memory while a handle is on it: the second reader
-    // does not go back to the .dat.
-    const QByteArray entry = P(dir.filePath("01.cat::a.txt"));
-    CatFile* first = CatOpen(entry.constData(), CatModeRead, 0, CatKindAuto);
-    QVERIFY(first);
-    CatArchiveHandle* archive = CatOpenArchive(P(dir.filePath("01.cat")).constData(), 0);
-    QVERIFY(archive);
-    CatFile* second = CatOpen(entry.constData(), CatModeRead, 0, CatKindAuto);
-    CatFileInfo one, two;
-    QVERIFY(CatStat(first, &one) && CatStat(second, &two));
-    QCOMPARE(one.size, 10u);
-    QCOMPARE(two.size, 10u);
-    QVERIFY(CatClose(second));
-    QVERIFY(CatClose(first));
-    QVERIFY(CatCloseArchive(archive));
 }
 
 void TestDriver::seeksAtAndPastTheEnd()

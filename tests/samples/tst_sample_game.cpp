@@ -4,6 +4,7 @@
 // dialogs expect of a game: consistent ship lines, names in both languages,
 // scenes with the nodes the lines name, and a newer catalog that wins.
 #include "catfs/transfer/GameFile.h"
+#include "gamedata/GroupedTables.h"
 #include "gamedata/ShipLine.h"
 #include "gamedata/TypesFile.h"
 
@@ -20,7 +21,6 @@
 
 namespace {
 
-constexpr int kShipCount = 16;
 constexpr int kRaceCount = 19;
 
 // page -> text id -> text
@@ -104,41 +104,6 @@ QSet<QString> SceneNodes(const QString& text)
             nodes.insert(body.section(' ', 1) + ":" + part);
     }
     return nodes;
-}
-
-// A grouped table (Dummies, Components) as sections of items. In Components an
-// item is a group line followed by its data lines. Sets `error` when a count
-// does not match the lines behind it.
-struct Section
-{
-    QString name;
-    QList<QStringList> items; // each item: its first line, then its data lines
-};
-
-QList<Section> ReadSections(const QStringList& lines, bool grouped, QString* error)
-{
-    QList<Section> sections;
-    int line = 0;
-    auto count = [&](const QString& text) { return ShipField(text, 1).toInt(); };
-    while (line < lines.size()) {
-        Section section{ShipField(lines[line], 0), {}};
-        const int items = count(lines[line++]);
-        for (int i = 0; i < items; ++i) {
-            if (line >= lines.size()) {
-                *error = section.name + " ends before its " + QString::number(items) + " entries";
-                return sections;
-            }
-            QStringList item{lines[line++]};
-            const int data = grouped ? count(item.first()) : 0;
-            for (int d = 0; d < data && line < lines.size(); ++d)
-                item.append(lines[line++]);
-            if (item.size() != data + 1)
-                *error = section.name + ": group " + item.first() + " ends early";
-            section.items.append(item);
-        }
-        sections.append(section);
-    }
-    return sections;
 }
 
 } // namespace
@@ -245,9 +210,8 @@ void TestSampleGame::initTestCase()
 
     const TypesTable ships = table("TShips");
     m_ships = ships.records;
-    QCOMPARE(ShipField(ships.header, 0), QString("48"));
-    QCOMPARE(ShipField(ships.header, 1).toInt(), kShipCount);
-    QCOMPARE(m_ships.size(), kShipCount);
+    QVERIFY(!m_ships.isEmpty());
+    QCOMPARE(ShipField(ships.header, 1).toInt(), m_ships.size());
 
     const QString data = qEnvironmentVariable("HW_DATA_DIR");
     m_classes = ReadIdNames(data + "/data/classes", false);
@@ -276,12 +240,6 @@ void TestSampleGame::catalogsHoldEveryPackedSourceOnce()
     expected.sort();
     listed.sort();
     QCOMPARE(listed, expected);
-    const QStringList tables{"TShips",    "TCockpits", "TLaser",    "TShields",
-                             "TMissiles", "Dummies",   "Components"};
-    for (const QString& table : tables)
-        QVERIFY2(listed.contains("types\\" + table + ".pck"), qPrintable(table));
-    QVERIFY(listed.contains("t\\440001.pck"));
-    QVERIFY(listed.contains("t\\490001.pck"));
 
     QStringList overrides = entryNames("02.cat");
     overrides.sort();
@@ -515,36 +473,24 @@ void TestSampleGame::scenesNamedByShipsHoldTheirNodes()
 void TestSampleGame::gunBodiesAndGroupedTablesAreComplete()
 {
     const TypesTable dummyTable = table("Dummies");
-    QString error;
-    const QList<Section> dummies =
-        ReadSections(QStringList{dummyTable.header} + dummyTable.records, false, &error);
-    QVERIFY2(error.isEmpty(), qPrintable(error));
+    const QList<DummySection> dummies =
+        ParseDummies((QStringList{dummyTable.header} + dummyTable.records).join('\n'));
     // A wrong count shifts the lines behind it: a data line would then be read
     // as a section, and its name would not be one of the game's sections.
-    const QStringList known =
-        QString("SDTYPE_ANIMATED:SDTYPE_DOCK:SDTYPE_DOORWAY:SDTYPE_GUN:SDTYPE_CONNECTION").split(':');
-    QStringList names;
-    for (const Section& section : dummies) {
-        QVERIFY2(known.contains(section.name), qPrintable(section.name));
-        names.append(section.name);
-    }
-    QVERIFY(names.contains("SDTYPE_GUN"));
-    QVERIFY(names.size() >= 2);
+    const QStringList known = DummySectionNames();
+    for (const DummySection& section : dummies)
+        QVERIFY2(known.contains(section.Name), qPrintable(section.Name));
+    QVERIFY(dummies.size() >= 2);
 
     // Gun bodies as the dialog reads them: field 0 the body, field 2 the number
     // n of pairs, field 2n + 3 the number m of nodes, node j at field 2n + 4 + 2j.
     QHash<QString, QStringList> gunBodies;
-    for (const Section& section : dummies) {
-        if (section.name != "SDTYPE_GUN")
-            continue;
-        for (const QStringList& item : section.items) {
-            const QString& line = item.first();
-            const int n = ShipFieldInt(line, 2);
-            const int m = ShipFieldInt(line, 2 * n + 3);
-            for (int j = 0; j < m; ++j)
-                gunBodies[ShipField(line, 0)].append(ShipField(line, 2 * n + 4 + 2 * j) + ":" +
-                                                     QString::number(j + 1));
-        }
+    for (const QString& line : GunDummyLines(dummies)) {
+        const int n = ShipFieldInt(line, 2);
+        const int m = ShipFieldInt(line, 2 * n + 3);
+        for (int j = 0; j < m; ++j)
+            gunBodies[ShipField(line, 0)].append(ShipField(line, 2 * n + 4 + 2 * j) + ":" +
+                                                 QString::number(j + 1));
     }
     QVERIFY(!gunBodies.isEmpty());
     for (const QString& line : std::as_const(m_ships)) {
@@ -561,14 +507,13 @@ void TestSampleGame::gunBodiesAndGroupedTablesAreComplete()
     }
 
     const TypesTable componentTable = table("Components");
-    const QList<Section> components =
-        ReadSections(QStringList{componentTable.header} + componentTable.records, true, &error);
-    QVERIFY2(error.isEmpty(), qPrintable(error));
+    const QList<ComponentSection> components =
+        ParseComponents((QStringList{componentTable.header} + componentTable.records).join('\n'));
     QVERIFY(!components.isEmpty());
-    for (const Section& section : components) {
-        QVERIFY2(section.name.startsWith("SCTYPE_"), qPrintable(section.name));
-        for (const QStringList& group : section.items)
-            QVERIFY2(group.size() > 1, qPrintable(section.name + ": " + group.first()));
+    for (const ComponentSection& section : components) {
+        QVERIFY2(section.Name.startsWith("SCTYPE_"), qPrintable(section.Name));
+        for (const ComponentGroup& group : section.Groups)
+            QVERIFY2(!group.Lines.isEmpty(), qPrintable(section.Name + ": " + group.Id));
     }
 }
 

@@ -2,13 +2,11 @@
 // QProcess, a manifest in and a package out, and back to JSON.
 #include <QCryptographicHash>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -17,13 +15,6 @@
 #include <csignal>
 
 namespace {
-
-struct Run
-{
-    int code = -1;
-    QByteArray out;
-    QByteArray err;
-};
 
 QString Sha256(const QByteArray& bytes)
 {
@@ -35,17 +26,9 @@ QString Tool()
     return qEnvironmentVariable("HW_BIN_DIR") + "/hwtool";
 }
 
-Run Hwtool(const QStringList& arguments)
+ProgramRun Hwtool(const QStringList& arguments)
 {
-    QProcess process;
-    process.start(Tool(), arguments);
-    Run run;
-    if (!process.waitForFinished(180000))
-        return run;
-    run.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = process.readAllStandardError();
-    return run;
+    return RunProgram(Tool(), arguments);
 }
 
 QJsonObject FileObject(const QString& path, const QString& name, qint64 time)
@@ -112,7 +95,7 @@ void TestXspTool::buildAndDumpRoundTrip()
 
     const QString package = dir.filePath("out/long.xsp");
     QDir().mkpath(dir.filePath("out"));
-    Run run = Hwtool({"xsp-build", dir.filePath("manifest.json"), package});
+    ProgramRun run = Hwtool({"xsp-build", dir.filePath("manifest.json"), package});
     QVERIFY2(run.code == 0, run.err.constData());
     run = Hwtool({"xsp-dump", package});
     QVERIFY2(run.code == 0, run.err.constData());
@@ -154,7 +137,7 @@ void TestXspTool::refusesBadInput()
 
     QJsonObject unsafe = base;
     unsafe["Files"] = QJsonArray{FileObject("a.bin", "../outside.bin", 1)};
-    Run run = build(unsafe);
+    ProgramRun run = build(unsafe);
     QCOMPARE(run.code, 1);
     QVERIFY(run.err.contains("../outside.bin"));
 
