@@ -11,6 +11,26 @@ namespace drivertest {
 
 using namespace catalogfiles;
 
+// True when a driver call failed (false, a null handle or -1) and left `code`
+// in the error cell; otherwise says what happened.
+inline bool FailedWith(bool succeeded, uint32_t code)
+{
+    const uint32_t got = CatLastError();
+    if (!succeeded && got == code)
+        return true;
+    qWarning("the call %s with error %u (%s), expected a failure with %u", succeeded ? "succeeded" : "failed",
+             got, CatErrorText(got), code);
+    return false;
+}
+inline bool FailedWith(int32_t result, uint32_t code)
+{
+    return FailedWith(result >= 0, code);
+}
+template <typename T> bool FailedWith(T* handle, uint32_t code)
+{
+    return FailedWith(handle != nullptr, code);
+}
+
 // Reads a whole file or entry through the driver; `ok` false on any failure.
 inline QByteArray DriverRead(const QByteArray& path, bool* ok = nullptr, int32_t kind = CatKindAuto)
 {

@@ -154,10 +154,10 @@ void TestCatalog::badCatalogsAreRefusedUntouched()
         const QString base = dir.filePath(c.what);
         WritePairRaw(base, c.text, {{"a.txt", "1"}});
         const QByteArray catBefore = ReadFile(base + ".cat");
-        QVERIFY2(!CatOpenArchive(P(base + ".cat").constData(), 0), c.what);
-        QCOMPARE(CatLastError(), c.code);
-        QVERIFY2(!CatOpen(P(base + ".cat::a.txt").constData(), CatModeWrite, 1, CatKindPlain), c.what);
-        QCOMPARE(CatLastError(), c.code);
+        QVERIFY2(FailedWith(CatOpenArchive(P(base + ".cat").constData(), 0), c.code), c.what);
+        QVERIFY2(
+            FailedWith(CatOpen(P(base + ".cat::a.txt").constData(), CatModeWrite, 1, CatKindPlain), c.code),
+            c.what);
         QCOMPARE(ReadFile(base + ".cat"), catBefore);
         QCOMPARE(ReadFile(base + ".dat"), XorBytes("1", 0xA7));
     }
@@ -169,10 +169,8 @@ void TestCatalog::badCatalogsAreRefusedUntouched()
 
     WritePair(dir.filePath("nodat"), {{"a", "1"}});
     QVERIFY(QFile::remove(dir.filePath("nodat.dat")));
-    QVERIFY(!CatOpenArchive(P(dir.filePath("nodat.cat")).constData(), 0));
-    QCOMPARE(CatLastError(), uint32_t(CatErrNoDatFile));
-    QVERIFY(!CatOpenArchive(P(dir.filePath("missing.cat")).constData(), 0));
-    QCOMPARE(CatLastError(), uint32_t(CatErrFileNotFound));
+    QVERIFY(FailedWith(CatOpenArchive(P(dir.filePath("nodat.cat")).constData(), 0), CatErrNoDatFile));
+    QVERIFY(FailedWith(CatOpenArchive(P(dir.filePath("missing.cat")).constData(), 0), CatErrFileNotFound));
     // "::" always means a catalog: a plain file on the left is no fallback.
     QVERIFY(WriteFile(dir.filePath("plain.txt"), "not a catalog\n"));
     QVERIFY(!CatOpen(P(dir.filePath("plain.txt::x")).constData(), CatModeRead, 0, CatKindAuto));
@@ -187,8 +185,8 @@ void TestCatalog::shortDataFileFailsOnlyThatEntry()
     bool ok = false;
     QCOMPARE(DriverRead(P(base + ".cat::a.txt"), &ok), QByteArray("abc"));
     QVERIFY(ok);
-    QVERIFY(!CatOpen(P(base + ".cat::huge.bin").constData(), CatModeRead, 0, CatKindPlain));
-    QCOMPARE(CatLastError(), uint32_t(CatErrInvalidSize));
+    QVERIFY(FailedWith(CatOpen(P(base + ".cat::huge.bin").constData(), CatModeRead, 0, CatKindPlain),
+                       CatErrInvalidSize));
 }
 
 void TestCatalog::replacingInnerEntryMovesItToTheEnd()
@@ -298,8 +296,8 @@ void TestCatalog::packedEntrySizeIncludesLeadByte()
     QCOMPARE(DriverRead(P(base + ".cat::t\\0001.pck")), text);
     QCOMPARE(DriverRead(P(base + ".cat::t\\0001.pck"), nullptr, CatKindPlain), stored);
     // A plain entry forced open as packed fails with a gzip code.
-    QVERIFY(!CatOpen(P(base + ".cat::first.txt").constData(), CatModeRead, 0, CatKindPacked));
-    QCOMPARE(CatLastError(), uint32_t(CatErrGzipTooSmall));
+    QVERIFY(FailedWith(CatOpen(P(base + ".cat::first.txt").constData(), CatModeRead, 0, CatKindPacked),
+                       CatErrGzipTooSmall));
 }
 
 void TestCatalog::removingEntryClosesTheGap()
@@ -312,8 +310,7 @@ void TestCatalog::removingEntryClosesTheGap()
     QCOMPARE(XorBytes(ReadFile(base + ".dat"), 0xA7), QByteArray("aaaaccd"));
     QVERIFY(CatDelete(P(base + ".cat::d").constData()));
     QCOMPARE(XorBytes(ReadFile(base + ".dat"), 0xA7), QByteArray("aaaacc"));
-    QVERIFY(!CatDelete(P(base + ".cat::d").constData()));
-    QCOMPARE(CatLastError(), uint32_t(CatErrNoEntry));
+    QVERIFY(FailedWith(CatDelete(P(base + ".cat::d").constData()), CatErrNoEntry));
 }
 
 void TestCatalog::lookupsIgnoreCase()
@@ -324,8 +321,8 @@ void TestCatalog::lookupsIgnoreCase()
     QCOMPARE(DriverRead(P(base + ".cat::types\\tships.txt")), QByteArray("ships"));
     CatFile* writer = CatOpen(P(base + ".cat::TYPES\\TShips.TXT").constData(), CatModeWrite, 0, CatKindPlain);
     QVERIFY(writer);
-    QVERIFY(!CatOpen(P(base + ".cat::types\\tships.txt").constData(), CatModeRead, 0, CatKindPlain));
-    QCOMPARE(CatLastError(), uint32_t(CatErrBadMode));
+    QVERIFY(FailedWith(CatOpen(P(base + ".cat::types\\tships.txt").constData(), CatModeRead, 0, CatKindPlain),
+                       CatErrBadMode));
     QVERIFY(CatClose(writer));
     // The catalog path itself is looked up without regard to case as well.
     QCOMPARE(DriverRead(P(dir.filePath("01.CAT::TYPES\\TSHIPS.TXT"))), QByteArray("ships"));
@@ -346,12 +343,10 @@ void TestCatalog::creatingCatalogs()
 
     // Create refuses to overwrite a .dat it did not make.
     QVERIFY(WriteFile(dir.filePath("other.dat"), "keep me"));
-    QVERIFY(!CatOpenArchive(P(dir.filePath("other.cat")).constData(), 1));
-    QCOMPARE(CatLastError(), uint32_t(CatErrFileExists));
+    QVERIFY(FailedWith(CatOpenArchive(P(dir.filePath("other.cat")).constData(), 1), CatErrFileExists));
     QCOMPARE(ReadFile(dir.filePath("other.dat")), QByteArray("keep me"));
     QVERIFY(!QFile::exists(dir.filePath("other.cat")));
-    QVERIFY(!CatOpenArchive(P(base + ".cat").constData(), 2));
-    QCOMPARE(CatLastError(), uint32_t(CatErrBadFlags));
+    QVERIFY(FailedWith(CatOpenArchive(P(base + ".cat").constData(), 2), CatErrBadFlags));
 }
 
 void TestCatalog::entryNamesMustFitALine()
@@ -360,8 +355,9 @@ void TestCatalog::entryNamesMustFitALine()
     const QString base = dir.filePath("01");
     WritePair(base, {});
     for (const char* bad : {"a:b", "a*b", "a<b", "a>b", "a|b", "line\nbreak"}) {
-        QVERIFY2(!CatOpen((P(base + ".cat::") + bad).constData(), CatModeWrite, 1, CatKindPlain), bad);
-        QCOMPARE(CatLastError(), uint32_t(CatErrBadName));
+        QVERIFY2(FailedWith(CatOpen((P(base + ".cat::") + bad).constData(), CatModeWrite, 1, CatKindPlain),
+                            CatErrBadName),
+                 bad);
     }
     QCOMPARE(CatalogText(base + ".cat"), QByteArray("01.dat\n"));
     // Blanks are fine: the size starts behind the last one.
@@ -380,8 +376,7 @@ void TestCatalog::listingPatterns()
     QCOMPARE(List(base + ".cat", "t\\??????.pck").size(), 1);
     CatArchiveHandle* archive = CatOpenArchive(P(base + ".cat").constData(), 0);
     CatFindData data;
-    QVERIFY(!CatFindFirst(archive, "*.bob", &data));
-    QCOMPARE(CatLastError(), uint32_t(CatErrNone));
+    QVERIFY(FailedWith(CatFindFirst(archive, "*.bob", &data), CatErrNone));
 
     // Two searches taking turns each go on from their own place.
     CatFindData other;
@@ -399,17 +394,14 @@ void TestCatalog::listingPatterns()
     QVERIFY(CatFindClose(packed));
 
     // Bad calls are refused with their codes, and the search goes on after them.
-    QVERIFY(!CatFindNext(nullptr, &data));
-    QCOMPARE(CatLastError(), uint32_t(CatErrInvalidHandle));
-    QVERIFY(!CatFindNext(all, nullptr));
-    QCOMPARE(CatLastError(), uint32_t(CatErrBadFlags));
+    QVERIFY(FailedWith(CatFindNext(nullptr, &data), CatErrInvalidHandle));
+    QVERIFY(FailedWith(CatFindNext(all, nullptr), CatErrBadFlags));
     QVERIFY(CatFindNext(all, &data));
     QCOMPARE(QByteArray(data.name), QByteArray("t\\440001.pck"));
 
     // A search whose catalog has gone is a dead handle.
     QVERIFY(CatCloseArchive(archive));
-    QVERIFY(!CatFindNext(all, &data));
-    QCOMPARE(CatLastError(), uint32_t(CatErrInvalidHandle));
+    QVERIFY(FailedWith(CatFindNext(all, &data), CatErrInvalidHandle));
     QVERIFY(CatFindClose(all));
 }
 
