@@ -1,11 +1,29 @@
-// hwtool as a black box: the built binary run as a child process.
+// hwtool as a black box: the built binary run as a child process, on
+// catalogs and packed files, and on ship packages made from a manifest and
+// dumped back to JSON.
 #include "CatalogFiles.h"
 
+#include <QCryptographicHash>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+
 using namespace catalogfiles;
+
+namespace {
+
+QJsonObject FileObject(const QString& path, const QString& name, qint64 time)
+{
+    return QJsonObject{{"Path", path}, {"Name", name}, {"Time", time}};
+}
+
+} // namespace
 
 class TstHwtool : public QObject
 {
@@ -34,6 +52,13 @@ private:
             qWarning().noquote() << "hwtool" << arguments.join(' ') << "gave no" << reason << "in"
                                  << result.err;
         return result.code == 1 && result.err.contains(reason) && result.out.isEmpty();
+    }
+
+    // Writes `manifest` and gives the arguments that build `package` from it.
+    QStringList xspBuild(const QJsonObject& manifest, const QString& package) const
+    {
+        WriteFile(path("m.json"), QJsonDocument(manifest).toJson());
+        return {"xsp-build", path("m.json"), package};
     }
 
 private slots:
@@ -175,6 +200,121 @@ private slots:
         QVERIFY(fails({"pck-pack", path("rows.txt"), path("out.xml")}, "out.pck"));
         QVERIFY(!QFile::exists(path("out.xml")));
         QVERIFY(!QFile::exists(path("out.pck")));
+    }
+
+    void xspBuildAndDumpRoundTrip()
+    {
+        const QByteArray scene = "VER: 1;\nP 0; B 1;\n";
+        const QByteArray model = RandomBytes(70000, 2);
+        const QByteArray other = "texture bytes\nwith a Packager: 2 line\n";
+        const QByteArray script = "<?xml version=\"1.0\"?><script/>";
+        const QByteArray picture = RandomBytes(400, 3);
+        WriteFile(path("files/scene.pbd"), scene);
+        WriteFile(path("files/hull.pbb"), model);
+        WriteFile(path("files/tex ture.dds"), other);
+        WriteFile(path("files/setup.ship.xml"), script);
+        WriteFile(path("files/shot.jpg"), picture);
+
+        const QJsonObject manifest{
+            {"Name", "Long Ship"},
+            {"Author", "A. Modder"},
+            {"Version", "1.2"},
+            {"ID", "SS_SH_LONG"},
+            {"Data", "1;2;3;SS_SH_LONG"},
+            {"Web", "http://example.invalid/ship"},
+            {"Mirror1", "m1"},
+            {"Mirror2", ""},
+            {"Comment", "first line\nsecond: line"},
+            {"ScreenShot", "files/shot.jpg"},
+            {"LanguageText", true},
+            {"ExistingShip", false},
+            {"OriginalDesc", 1234},
+            {"Shipyards", QJsonArray{true, false, false, true, false, false, false, true}},
+            {"Texts",
+             QJsonArray{QJsonObject{{"Language", 44}, {"Title", "Long"}, {"Description", "A: ship"}}}},
+            {"Dummies", QJsonArray{QJsonObject{{"Section", "SDTYPE_GUN"}, {"Data", "1;2;"}}}},
+            {"Components", QJsonArray{QJsonObject{{"Section", "SC"}, {"Id", "7"}, {"Data", "a;b;"}}}},
+            {"Cockpits", QJsonArray{"0;1;COCK_A"}},
+            {"SceneFile", FileObject("files/scene.pbd", "objects/ships/long.pbd", 1000)},
+            {"CockpitFile", QJsonValue()},
+            {"Models", QJsonArray{FileObject("files/hull.pbb", "objects/ships/hull.pbb", 1001)}},
+            {"Files", QJsonArray{FileObject(path("files/tex ture.dds"), "textures/tex ture.dds", 1002)}},
+            {"Scripts", QJsonArray{FileObject("files/setup.ship.xml", "setup.ship.xml", 1003)}}};
+        const QString package = path("out/long.xsp");
+        QDir().mkpath(path("out"));
+        QCOMPARE(expect(0, xspBuild(manifest, package)).code, 0);
+        const ProgramRun run = expect(0, {"xsp-dump", package});
+        const QJsonObject dump = QJsonDocument::fromJson(run.out).object();
+        QVERIFY(!dump.isEmpty());
+
+        for (const char* key : {"Name", "Author", "Version", "ID", "Data", "Web", "Mirror1", "Mirror2",
+                                "Comment", "LanguageText", "ExistingShip", "OriginalDesc", "Shipyards",
+                                "Texts", "Dummies", "Components", "Cockpits"})
+            QVERIFY2(dump.value(key) == manifest.value(key), key);
+        QCOMPARE(dump.value("ScreenShot").toString(), QString("LongShip-A.Modder.jpg"));
+        QVERIFY(dump.value("CockpitFile").isNull());
+
+        const auto checkFile = [](const QJsonValue& value, const QString& name, const QByteArray& bytes,
+                                  int time) {
+            const QJsonObject file = value.toObject();
+            return file.value("Name").toString() == name && file.value("Size").toInteger() == bytes.size() &&
+                   file.value("Time").toInteger() == time &&
+                   file.value("Sha256").toString() ==
+                       QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+        };
+        QVERIFY(checkFile(dump.value("SceneFile"), "objects/ships/long.pbd", scene, 1000));
+        QVERIFY(checkFile(dump.value("Models").toArray().at(0), "objects/ships/hull.pbb", model, 1001));
+        QVERIFY(checkFile(dump.value("Files").toArray().at(0), "textures/tex ture.dds", other, 1002));
+        QVERIFY(checkFile(dump.value("Scripts").toArray().at(0), "setup.ship.xml", script, 1003));
+
+        // The same manifest builds the same package, byte for byte.
+        QCOMPARE(expect(0, xspBuild(manifest, path("out/again.xsp"))).code, 0);
+        QCOMPARE(ReadFile(path("out/again.xsp")), ReadFile(package));
+    }
+
+    void xspRefusesBadInput()
+    {
+        WriteFile(path("a.bin"), "abc");
+        const QJsonObject base{{"Name", "N"}, {"Author", "A"}, {"Data", "1"}};
+        QJsonObject unsafe = base, typo = base, missing = base;
+        unsafe["Files"] = QJsonArray{FileObject("a.bin", "../outside.bin", 1)};
+        typo["Modles"] = QJsonArray{};
+        missing["Models"] = QJsonArray{FileObject("nothere.pbb", "objects/x.pbb", 1)};
+        QVERIFY(fails(xspBuild(unsafe, path("out.xsp")), "../outside.bin"));
+        QVERIFY(fails(xspBuild(typo, path("out.xsp")), "Modles"));
+        QVERIFY(fails(xspBuild(missing, path("out.xsp")), "nothere.pbb"));
+        QVERIFY(!QFileInfo::exists(path("out.xsp")));
+
+        // Not a package: a clear reason and exit 1.
+        QVERIFY(fails({"xsp-dump", path("a.bin")}, "not a ship package"));
+        QVERIFY(fails({"xsp-dump", path("none.xsp")}, ""));
+    }
+
+    void killedXspBuildLeavesThePackage()
+    {
+        WriteFile(path("big.pbb"), RandomBytes(48 << 20, 8));
+        const QJsonObject manifest{{"Name", "N"},
+                                   {"Author", "A"},
+                                   {"Data", "1"},
+                                   {"Models", QJsonArray{FileObject("big.pbb", "objects/big.pbb", 5)}}};
+        const QStringList build = xspBuild(manifest, path("ship.xsp"));
+        const QString package = path("ship.xsp");
+        const QByteArray previous = "the package from yesterday";
+        WriteFile(package, previous);
+
+        // Killed while the stream is written and while it is compressed.
+        for (const int delayMs : {150, 2500}) {
+            QProcess process;
+            process.start(m_tool, build);
+            QVERIFY(process.waitForStarted());
+            QTest::qWait(delayMs);
+            if (process.state() != QProcess::Running)
+                QSKIP("the build ended before it could be interrupted");
+            ::kill(pid_t(process.processId()), SIGKILL);
+            QVERIFY(process.waitForFinished(10000));
+            QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+            QCOMPARE(ReadFile(package), previous);
+        }
     }
 };
 
