@@ -295,7 +295,7 @@ void TestModelCompiler::windowsToolRunsThroughWineOnly()
     QVERIFY(WriteFile(source, TextModel));
 
     {
-        EnvGuard path("PATH", bin.path().toUtf8()); // no wine anywhere
+        ScopedEnv path("PATH", bin.path().toUtf8()); // no wine anywhere
         FileEntry file{0, 0, source, "objects/hull.bod", false};
         PrepareFile(file, true, program.path(), tool.path());
         QVERIFY(tool.calls().isEmpty());
@@ -309,7 +309,7 @@ void TestModelCompiler::windowsToolRunsThroughWineOnly()
                                                 "'\necho 'compiled successfully'\n"));
     QFile(bin.filePath("wine")).setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
     {
-        EnvGuard path("PATH", bin.path().toUtf8());
+        ScopedEnv path("PATH", bin.path().toUtf8());
         FileEntry file{0, 0, source, "objects/hull.bod", false};
         PrepareFile(file, true, program.path(), tool.path());
         QCOMPARE(file.Name, QString("objects/hull.pbb"));

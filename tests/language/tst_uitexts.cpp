@@ -148,39 +148,23 @@ private:
 private slots:
     void initTestCase() { QVERIFY(m_dir.isValid()); }
 
-    void markupTransforms_data()
-    {
-        QTest::addColumn<QString>("input");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("accelerator") << "Open_File"
-                                     << "Open&File";
-        QTest::newRow("every underscore") << "_a_b"
-                                          << "&a&b";
-        QTest::newRow("angle brackets") << "#lbhello#rb"
-                                        << "<hello>";
-        QTest::newRow("line break") << "line\\nbreak"
-                                    << "line\nbreak";
-        QTest::newRow("other backslashes stay") << "C:\\temp\\x\\"
-                                                << "C:\\temp\\x\\";
-        QTest::newRow("bold") << "[b]x[/b]"
-                              << "<b>x</b>";
-        QTest::newRow("lone closing mark stays") << "a[/b]"
-                                                 << "a[/b]";
-        QTest::newRow("every closing mark once bold") << "[b]x[/b] y[/b]"
-                                                      << "<b>x</b> y</b>";
-        QTest::newRow("all together") << "[b]_Save#rb[/b]\\n#lbnow"
-                                      << "<b>&Save></b>\n<now";
-        QTest::newRow("plain text") << "Ship Name"
-                                    << "Ship Name";
-        QTest::newRow("empty") << ""
-                               << "";
-    }
-
     void markupTransforms()
     {
-        QFETCH(QString, input);
-        QFETCH(QString, expected);
-        QCOMPARE(TransformUiMarkup(input), expected);
+        const std::pair<const char*, const char*> cases[] = {
+            {"Open_File", "Open&File"},           // accelerator
+            {"_a_b", "&a&b"},                     // every underscore
+            {"#lbhello#rb", "<hello>"},           // angle brackets
+            {"line\\nbreak", "line\nbreak"},      // line break
+            {"C:\\temp\\x\\", "C:\\temp\\x\\"},   // other backslashes stay
+            {"[b]x[/b]", "<b>x</b>"},             // bold
+            {"a[/b]", "a[/b]"},                   // a lone closing mark stays
+            {"[b]x[/b] y[/b]", "<b>x</b> y</b>"}, // every closing mark once bold
+            {"[b]_Save#rb[/b]\\n#lbnow", "<b>&Save></b>\n<now"},
+            {"Ship Name", "Ship Name"},
+            {"", ""},
+        };
+        for (const auto& [input, expected] : cases)
+            QCOMPARE(TransformUiMarkup(input), QString(expected));
     }
 
     void indicesUpToTheLimitsLandInTheirTables()

@@ -98,13 +98,16 @@ ProgramRun RunProgram(const QString& program, const QStringList& arguments, cons
     return run;
 }
 
-EnvGuard::EnvGuard(const char* name, const QByteArray& value)
+ScopedEnv::ScopedEnv(const char* name, const QByteArray& value)
     : m_name(name), m_old(qgetenv(name)), m_wasSet(qEnvironmentVariableIsSet(name))
 {
-    qputenv(name, value);
+    if (value.isNull())
+        qunsetenv(name);
+    else
+        qputenv(name, value);
 }
 
-EnvGuard::~EnvGuard()
+ScopedEnv::~ScopedEnv()
 {
     if (m_wasSet)
         qputenv(m_name, m_old);

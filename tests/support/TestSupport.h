@@ -54,14 +54,15 @@ struct ProgramRun
 ProgramRun RunProgram(const QString& program, const QStringList& arguments, const QString& workingDir = {},
                       int timeoutMs = 180000);
 
-// Sets an environment variable for the life of the object.
-class EnvGuard
+// Sets an environment variable (a null value unsets it) for the life of the
+// object, and puts back what stood before.
+class ScopedEnv
 {
 public:
-    EnvGuard(const char* name, const QByteArray& value);
-    ~EnvGuard();
-    EnvGuard(const EnvGuard&) = delete;
-    EnvGuard& operator=(const EnvGuard&) = delete;
+    ScopedEnv(const char* name, const QByteArray& value);
+    ~ScopedEnv();
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
 
 private:
     const char* m_name;
