@@ -244,8 +244,7 @@ void TestCatalogText::blocksFullOfLineEnds()
     // empty lines, over several pieces.
     std::string plain = "x.dat\n";
     for (int i = 0; i < 3000; ++i)
-        plain +=
-            i % 7 == 0 ? std::string(size_t(i % 130), '\n') : std::string("a ") + char('0' + i % 10) + "\n";
+        plain += i % 7 == 0 ? std::string(size_t(i % 130), '\n') : std::string("a ") + char('0' + i % 10) + "\n";
     const std::string text = Scramble(plain);
     const Decoded expected = ReferenceDecode(text);
     QCOMPARE(expected.code, uint32_t(CatErrNone));
