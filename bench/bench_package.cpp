@@ -1,7 +1,7 @@
 // Timings of saving and opening ship packages against the reference tools,
 // measured in the same run, and the peak memory of an open.
 //
-//     bench_package [--dir DIR] [--reps N] [--only save|open|memory] [--corpus DIR]
+//     bench_package [--dir DIR] [--reps N] [--only save|open|text|memory] [--corpus DIR]
 //
 //  save:   a package of a 50 MB payload written and compressed, against
 //          "lzma_alone e" of the same stream with the package settings: time
@@ -13,6 +13,9 @@
 //          otherwise; which ones were used is printed.
 //  open:   that package read and unpacked, against "xz --format=lzma -dc" of
 //          it into a file: time as a ratio.
+//  text:   each game text file of the corpus compressed alone, against
+//          "lzma_alone e" with the package settings: size as a ratio (the
+//          encoder searches deeper than the reference does by default).
 //  memory: the peak resident memory of a child process that opens a 200 MB
 //          package (the package's own stream is never held whole).
 //
@@ -260,6 +263,25 @@ void BenchOpen(const QString& dir, int reps, const QString& corpus)
     PrintRatio("open time", ours, theirs, "s", kOpenTimeTarget);
 }
 
+void BenchTextSize(const QString& dir, const QString& corpus)
+{
+    const QString lzmaAlone = QStandardPaths::findExecutable("lzma_alone");
+    if (lzmaAlone.isEmpty() || corpus.isEmpty() || !QFileInfo::exists(corpus)) {
+        std::printf("text size    needs lzma_alone and the corpus: no figure\n");
+        return;
+    }
+    for (const QString& name : {QString("x3tc/t/0001-L044.xml"), QString("x3tc/objects/cut/00749.bod")}) {
+        const QString source = corpus + "/" + name;
+        Check(CompressFile(source, dir + "/text-ours"), "compressing a text file");
+        Check(RunTool(lzmaAlone, {"e", source, dir + "/text-theirs", "-d21", "-fb128", "-mfbt4", "-lc3",
+                                  "-lp0", "-pb2"}),
+              "lzma_alone e of a text file");
+        std::printf("%s\n", qPrintable(name));
+        PrintRatio("text size", double(QFileInfo(dir + "/text-ours").size()) / 1e3,
+                   double(QFileInfo(dir + "/text-theirs").size()) / 1e3, "kB", kSaveSizeTarget);
+    }
+}
+
 void BenchMemory(const QString& dir)
 {
     // Packed, incompressible files: the package is as large as its payload.
@@ -321,6 +343,8 @@ int main(int argc, char* argv[])
         BenchSave(dir.path(), reps, corpus);
     if (only.isEmpty() || only == "open")
         BenchOpen(dir.path(), reps, corpus);
+    if (only.isEmpty() || only == "text")
+        BenchTextSize(dir.path(), corpus);
     if (only.isEmpty() || only == "memory")
         BenchMemory(dir.path());
     std::fflush(stdout);

@@ -1,85 +1,34 @@
-// Helpers of the driver tests: catalogs built and read by hand, independent of
-// the driver's own reader and writer, and whole-file transfers through the
-// flat interface.
+// Helpers of the driver tests: whole-file transfers through the flat
+// interface, and gzip streams built by hand. Catalogs made and read by hand
+// come from CatalogFiles.h.
 #pragma once
 
-#include "TestSupport.h"
-#include "catfs/CatDriver.h"
-
-#include <QByteArray>
-#include <QDir>
-#include <QFile>
-#include <QList>
-#include <QPair>
-#include <QString>
+#include "CatalogFiles.h"
 
 #include <zlib.h>
 
 namespace drivertest {
 
-inline QByteArray XorCatalogBytes(QByteArray bytes)
+using namespace catalogfiles;
+
+// True when a driver call failed (false, a null handle or -1) and left `code`
+// in the error cell; otherwise says what happened.
+inline bool FailedWith(bool succeeded, uint32_t code)
 {
-    for (int i = 0; i < bytes.size(); ++i)
-        bytes[i] = char(uint8_t(bytes[i]) ^ uint8_t(0x5A + i));
-    return bytes;
+    const uint32_t got = CatLastError();
+    if (!succeeded && got == code)
+        return true;
+    qWarning("the call %s with error %u (%s), expected a failure with %u", succeeded ? "succeeded" : "failed",
+             got, CatErrorText(got), code);
+    return false;
 }
-
-inline QByteArray XorBytes(QByteArray bytes, uint8_t key)
+inline bool FailedWith(int32_t result, uint32_t code)
 {
-    for (char& c : bytes)
-        c = char(uint8_t(c) ^ key);
-    return bytes;
+    return FailedWith(result >= 0, code);
 }
-
-using Entry = QPair<QByteArray, QByteArray>; // name as in the file ('/'), stored bytes
-
-// Writes <base>.cat and <base>.dat from the given catalog text and entries.
-inline void WritePairRaw(const QString& base, const QByteArray& catalogText, const QList<Entry>& entries)
+template <typename T> bool FailedWith(T* handle, uint32_t code)
 {
-    QByteArray dat;
-    for (const Entry& e : entries)
-        dat += e.second;
-    WriteFile(base + ".cat", XorCatalogBytes(catalogText));
-    WriteFile(base + ".dat", XorBytes(dat, 0xA7));
-}
-
-inline void WritePair(const QString& base, const QList<Entry>& entries, const QByteArray& dataName = "01.dat")
-{
-    QByteArray text = dataName + "\n";
-    for (const Entry& e : entries)
-        text += e.first + " " + QByteArray::number(e.second.size()) + "\n";
-    WritePairRaw(base, text, entries);
-}
-
-struct Line
-{
-    QByteArray name;
-    quint32 size;
-};
-
-// The unscrambled text of a .cat file.
-inline QByteArray CatalogText(const QString& catPath)
-{
-    return XorCatalogBytes(ReadFile(catPath));
-}
-
-// The entry lines of a .cat as written (LF only), line 1 in `dataName`.
-inline QList<Line> ReadCatalog(const QString& catPath, QByteArray* dataName = nullptr)
-{
-    const QList<QByteArray> lines = CatalogText(catPath).split('\n');
-    QList<Line> result;
-    for (int i = 0; i < lines.size(); ++i) {
-        if (i == 0) {
-            if (dataName)
-                *dataName = lines[0];
-            continue;
-        }
-        if (lines[i].isEmpty())
-            continue;
-        const int blank = lines[i].lastIndexOf(' ');
-        result.append({lines[i].left(blank), lines[i].mid(blank + 1).toUInt()});
-    }
-    return result;
+    return FailedWith(handle != nullptr, code);
 }
 
 // Reads a whole file or entry through the driver; `ok` false on any failure.
@@ -139,18 +88,6 @@ inline QByteArray Le32(quint32 v)
 inline QByteArray PackedFromGzip(const QByteArray& gzip, uint8_t key)
 {
     return QByteArray(1, char(key ^ 0x6E)) + XorBytes(gzip, key);
-}
-
-// Deterministic bytes that compress somewhat, like game text.
-inline QByteArray SampleBytes(int size, quint32 seed)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    quint32 state = seed * 2654435761u + 1;
-    for (int i = 0; i < size; ++i) {
-        state = state * 1664525u + 1013904223u;
-        bytes[i] = (state >> 28) < 12 ? char('a' + (state >> 24) % 8) : char(state >> 16);
-    }
-    return bytes;
 }
 
 } // namespace drivertest

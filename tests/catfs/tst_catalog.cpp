@@ -38,20 +38,15 @@ QList<Listed> List(const QString& cat, const char* pattern = "*")
     return result;
 }
 
-// Checks the pair on disk by hand: the .dat is as long as the sizes add up to,
-// and every entry read at its computed offset matches `expected` (unscrambled
-// stored bytes by name as written in the file).
+// Checks the pair on disk by hand: every entry of `expected` (stored bytes by
+// name) lies at the offset its catalog implies, and the .dat is exactly as
+// long as the catalog's sizes add up to.
 void VerifyPairOnDisk(const QString& base, const QMap<QByteArray, QByteArray>& expected)
 {
-    const QList<Line> lines = ReadCatalog(base + ".cat");
-    const QByteArray dat = XorBytes(ReadFile(base + ".dat"), 0xA7);
-    qint64 offset = 0;
-    for (const Line& line : lines) {
-        if (expected.contains(line.name))
-            QCOMPARE(dat.mid(offset, line.size), expected.value(line.name));
-        offset += line.size;
-    }
-    QCOMPARE(offset, qint64(dat.size()));
+    for (auto it = expected.begin(); it != expected.end(); ++it)
+        QCOMPARE(StoredBytes(base + ".cat", QString(it.key()).replace('/', '\\')).value_or("<not stored>"),
+                 it.value());
+    QVERIFY(DataLengthMatches(base + ".cat"));
 }
 
 } // namespace
@@ -68,7 +63,6 @@ private slots:
     void replacingInnerEntryMovesItToTheEnd();
     void equalSizeReplacementKeepsPlace();
     void openReaderFollowsMovedEntry();
-    void crOnlyCatalogAndDataNameWithSlash();
     void lastEntryChangesInPlaceAndDatIsCut();
     void packedEntrySizeIncludesLeadByte();
     void removingEntryClosesTheGap();
@@ -77,18 +71,16 @@ private slots:
     void entryNamesMustFitALine();
     void listingPatterns();
     void largeCatalogLoadsAndLists();
-    void corpusFilesThroughACatalog();
 };
 
 void TestCatalog::readsForeignCatalogText()
 {
     QTemporaryDir dir;
     const QString base = dir.filePath("01");
-    // CR LF line ends, blank lines, a name with blanks, an empty entry and a
-    // last line without a line end.
-    const QByteArray text =
-        "01.dat\r\n\r\ntypes/TShips.pck 5\r\nsome dir/my file.txt 3\r\n\r\nempty.txt 0\r\n"
-        "t/0001.xml 4";
+    // CR LF and lone CR line ends, blank lines, a .dat name with a slash, a
+    // name with blanks, an empty entry and a last line without a line end.
+    const QByteArray text = "sub/01.dat\r\n\r\ntypes/TShips.pck 5\r\nsome dir/my file.txt 3\r\rempty.txt 0\r"
+                            "t/0001.xml 4";
     WritePairRaw(base, text,
                  {{"types/TShips.pck", "ships"}, {"x", "abc"}, {"empty.txt", ""}, {"t/0001.xml", "page"}});
     const QList<Listed> listed = List(base + ".cat");
@@ -110,9 +102,11 @@ void TestCatalog::readsForeignCatalogText()
     // After a change the writer leaves LF only and '/' separators, and keeps
     // the line that had no line end.
     QVERIFY(DriverWrite(P(base + ".cat::types\\TShips.pck"), "SHIPS", CatKindPlain));
-    QCOMPARE(CatalogText(base + ".cat"),
-             QByteArray("01.dat\ntypes/TShips.pck 5\nsome dir/my file.txt 3\nempty.txt 0\nt/0001.xml 4\n"));
+    QCOMPARE(
+        CatalogText(base + ".cat"),
+        QByteArray("sub/01.dat\ntypes/TShips.pck 5\nsome dir/my file.txt 3\nempty.txt 0\nt/0001.xml 4\n"));
     QCOMPARE(DriverRead(P(base + ".cat::types\\tships.pck")), QByteArray("SHIPS"));
+    VerifyPairOnDisk(base, {{"types/TShips.pck", "SHIPS"}, {"t/0001.xml", "page"}});
 }
 
 void TestCatalog::dataFileFollowsCatalogName()
@@ -155,10 +149,10 @@ void TestCatalog::badCatalogsAreRefusedUntouched()
         const QString base = dir.filePath(c.what);
         WritePairRaw(base, c.text, {{"a.txt", "1"}});
         const QByteArray catBefore = ReadFile(base + ".cat");
-        QVERIFY2(!CatOpenArchive(P(base + ".cat").constData(), 0), c.what);
-        QCOMPARE(CatLastError(), c.code);
-        QVERIFY2(!CatOpen(P(base + ".cat::a.txt").constData(), CatModeWrite, 1, CatKindPlain), c.what);
-        QCOMPARE(CatLastError(), c.code);
+        QVERIFY2(FailedWith(CatOpenArchive(P(base + ".cat").constData(), 0), c.code), c.what);
+        QVERIFY2(
+            FailedWith(CatOpen(P(base + ".cat::a.txt").constData(), CatModeWrite, 1, CatKindPlain), c.code),
+            c.what);
         QCOMPARE(ReadFile(base + ".cat"), catBefore);
         QCOMPARE(ReadFile(base + ".dat"), XorBytes("1", 0xA7));
     }
@@ -170,10 +164,8 @@ void TestCatalog::badCatalogsAreRefusedUntouched()
 
     WritePair(dir.filePath("nodat"), {{"a", "1"}});
     QVERIFY(QFile::remove(dir.filePath("nodat.dat")));
-    QVERIFY(!CatOpenArchive(P(dir.filePath("nodat.cat")).constData(), 0));
-    QCOMPARE(CatLastError(), uint32_t(CatErrNoDatFile));
-    QVERIFY(!CatOpenArchive(P(dir.filePath("missing.cat")).constData(), 0));
-    QCOMPARE(CatLastError(), uint32_t(CatErrFileNotFound));
+    QVERIFY(FailedWith(CatOpenArchive(P(dir.filePath("nodat.cat")).constData(), 0), CatErrNoDatFile));
+    QVERIFY(FailedWith(CatOpenArchive(P(dir.filePath("missing.cat")).constData(), 0), CatErrFileNotFound));
     // "::" always means a catalog: a plain file on the left is no fallback.
     QVERIFY(WriteFile(dir.filePath("plain.txt"), "not a catalog\n"));
     QVERIFY(!CatOpen(P(dir.filePath("plain.txt::x")).constData(), CatModeRead, 0, CatKindAuto));
@@ -188,8 +180,8 @@ void TestCatalog::shortDataFileFailsOnlyThatEntry()
     bool ok = false;
     QCOMPARE(DriverRead(P(base + ".cat::a.txt"), &ok), QByteArray("abc"));
     QVERIFY(ok);
-    QVERIFY(!CatOpen(P(base + ".cat::huge.bin").constData(), CatModeRead, 0, CatKindPlain));
-    QCOMPARE(CatLastError(), uint32_t(CatErrInvalidSize));
+    QVERIFY(FailedWith(CatOpen(P(base + ".cat::huge.bin").constData(), CatModeRead, 0, CatKindPlain),
+                       CatErrInvalidSize));
 }
 
 void TestCatalog::replacingInnerEntryMovesItToTheEnd()
@@ -272,18 +264,6 @@ void TestCatalog::openReaderFollowsMovedEntry()
     QCOMPARE(XorBytes(ReadFile(base + ".dat"), 0xA7), QByteArray("0123456789A"));
 }
 
-void TestCatalog::crOnlyCatalogAndDataNameWithSlash()
-{
-    QTemporaryDir dir;
-    const QString base = dir.filePath("01");
-    WritePairRaw(base, "sub/01.dat\rx/a.txt 2\ry 1", {{"x/a.txt", "aa"}, {"y", "b"}});
-    QCOMPARE(DriverRead(P(base + ".cat::x\\a.txt")), QByteArray("aa"));
-    QVERIFY(DriverWrite(P(base + ".cat::x\\a.txt"), "AA", CatKindPlain));
-    QVERIFY(DriverWrite(P(base + ".cat::z"), "zz", CatKindPlain));
-    QCOMPARE(CatalogText(base + ".cat"), QByteArray("sub/01.dat\nx/a.txt 2\ny 1\nz 2\n"));
-    VerifyPairOnDisk(base, {{"x/a.txt", "AA"}, {"y", "b"}, {"z", "zz"}});
-}
-
 void TestCatalog::lastEntryChangesInPlaceAndDatIsCut()
 {
     QTemporaryDir dir;
@@ -311,8 +291,8 @@ void TestCatalog::packedEntrySizeIncludesLeadByte()
     QCOMPARE(DriverRead(P(base + ".cat::t\\0001.pck")), text);
     QCOMPARE(DriverRead(P(base + ".cat::t\\0001.pck"), nullptr, CatKindPlain), stored);
     // A plain entry forced open as packed fails with a gzip code.
-    QVERIFY(!CatOpen(P(base + ".cat::first.txt").constData(), CatModeRead, 0, CatKindPacked));
-    QCOMPARE(CatLastError(), uint32_t(CatErrGzipTooSmall));
+    QVERIFY(FailedWith(CatOpen(P(base + ".cat::first.txt").constData(), CatModeRead, 0, CatKindPacked),
+                       CatErrGzipTooSmall));
 }
 
 void TestCatalog::removingEntryClosesTheGap()
@@ -325,8 +305,7 @@ void TestCatalog::removingEntryClosesTheGap()
     QCOMPARE(XorBytes(ReadFile(base + ".dat"), 0xA7), QByteArray("aaaaccd"));
     QVERIFY(CatDelete(P(base + ".cat::d").constData()));
     QCOMPARE(XorBytes(ReadFile(base + ".dat"), 0xA7), QByteArray("aaaacc"));
-    QVERIFY(!CatDelete(P(base + ".cat::d").constData()));
-    QCOMPARE(CatLastError(), uint32_t(CatErrNoEntry));
+    QVERIFY(FailedWith(CatDelete(P(base + ".cat::d").constData()), CatErrNoEntry));
 }
 
 void TestCatalog::lookupsIgnoreCase()
@@ -337,8 +316,8 @@ void TestCatalog::lookupsIgnoreCase()
     QCOMPARE(DriverRead(P(base + ".cat::types\\tships.txt")), QByteArray("ships"));
     CatFile* writer = CatOpen(P(base + ".cat::TYPES\\TShips.TXT").constData(), CatModeWrite, 0, CatKindPlain);
     QVERIFY(writer);
-    QVERIFY(!CatOpen(P(base + ".cat::types\\tships.txt").constData(), CatModeRead, 0, CatKindPlain));
-    QCOMPARE(CatLastError(), uint32_t(CatErrBadMode));
+    QVERIFY(FailedWith(CatOpen(P(base + ".cat::types\\tships.txt").constData(), CatModeRead, 0, CatKindPlain),
+                       CatErrBadMode));
     QVERIFY(CatClose(writer));
     // The catalog path itself is looked up without regard to case as well.
     QCOMPARE(DriverRead(P(dir.filePath("01.CAT::TYPES\\TSHIPS.TXT"))), QByteArray("ships"));
@@ -359,12 +338,10 @@ void TestCatalog::creatingCatalogs()
 
     // Create refuses to overwrite a .dat it did not make.
     QVERIFY(WriteFile(dir.filePath("other.dat"), "keep me"));
-    QVERIFY(!CatOpenArchive(P(dir.filePath("other.cat")).constData(), 1));
-    QCOMPARE(CatLastError(), uint32_t(CatErrFileExists));
+    QVERIFY(FailedWith(CatOpenArchive(P(dir.filePath("other.cat")).constData(), 1), CatErrFileExists));
     QCOMPARE(ReadFile(dir.filePath("other.dat")), QByteArray("keep me"));
     QVERIFY(!QFile::exists(dir.filePath("other.cat")));
-    QVERIFY(!CatOpenArchive(P(base + ".cat").constData(), 2));
-    QCOMPARE(CatLastError(), uint32_t(CatErrBadFlags));
+    QVERIFY(FailedWith(CatOpenArchive(P(base + ".cat").constData(), 2), CatErrBadFlags));
 }
 
 void TestCatalog::entryNamesMustFitALine()
@@ -373,8 +350,9 @@ void TestCatalog::entryNamesMustFitALine()
     const QString base = dir.filePath("01");
     WritePair(base, {});
     for (const char* bad : {"a:b", "a*b", "a<b", "a>b", "a|b", "line\nbreak"}) {
-        QVERIFY2(!CatOpen((P(base + ".cat::") + bad).constData(), CatModeWrite, 1, CatKindPlain), bad);
-        QCOMPARE(CatLastError(), uint32_t(CatErrBadName));
+        QVERIFY2(FailedWith(CatOpen((P(base + ".cat::") + bad).constData(), CatModeWrite, 1, CatKindPlain),
+                            CatErrBadName),
+                 bad);
     }
     QCOMPARE(CatalogText(base + ".cat"), QByteArray("01.dat\n"));
     // Blanks are fine: the size starts behind the last one.
@@ -393,8 +371,7 @@ void TestCatalog::listingPatterns()
     QCOMPARE(List(base + ".cat", "t\\??????.pck").size(), 1);
     CatArchiveHandle* archive = CatOpenArchive(P(base + ".cat").constData(), 0);
     CatFindData data;
-    QVERIFY(!CatFindFirst(archive, "*.bob", &data));
-    QCOMPARE(CatLastError(), uint32_t(CatErrNone));
+    QVERIFY(FailedWith(CatFindFirst(archive, "*.bob", &data), CatErrNone));
 
     // Two searches taking turns each go on from their own place.
     CatFindData other;
@@ -412,23 +389,21 @@ void TestCatalog::listingPatterns()
     QVERIFY(CatFindClose(packed));
 
     // Bad calls are refused with their codes, and the search goes on after them.
-    QVERIFY(!CatFindNext(nullptr, &data));
-    QCOMPARE(CatLastError(), uint32_t(CatErrInvalidHandle));
-    QVERIFY(!CatFindNext(all, nullptr));
-    QCOMPARE(CatLastError(), uint32_t(CatErrBadFlags));
+    QVERIFY(FailedWith(CatFindNext(nullptr, &data), CatErrInvalidHandle));
+    QVERIFY(FailedWith(CatFindNext(all, nullptr), CatErrBadFlags));
     QVERIFY(CatFindNext(all, &data));
     QCOMPARE(QByteArray(data.name), QByteArray("t\\440001.pck"));
 
     // A search whose catalog has gone is a dead handle.
     QVERIFY(CatCloseArchive(archive));
-    QVERIFY(!CatFindNext(all, &data));
-    QCOMPARE(CatLastError(), uint32_t(CatErrInvalidHandle));
+    QVERIFY(FailedWith(CatFindNext(all, &data), CatErrInvalidHandle));
     QVERIFY(CatFindClose(all));
 }
 
 void TestCatalog::largeCatalogLoadsAndLists()
 {
-    // Many entries: names are found by hash, not by walking the list.
+    // Many entries: every one is listed and found again by name without
+    // regard to case. How fast this goes is measured by bench_catfs.
     QTemporaryDir dir;
     const QString base = dir.filePath("big");
     QByteArray text = "big.dat\n";
@@ -437,8 +412,6 @@ void TestCatalog::largeCatalogLoadsAndLists()
         text += "objects/ships/model_" + QByteArray::number(i) + ".pbb 1\n";
     WriteFile(base + ".cat", XorCatalogBytes(text));
     WriteFile(base + ".dat", XorBytes(QByteArray(count, 'm'), 0xA7));
-    QElapsedTimer timer;
-    timer.start();
     CatArchiveHandle* archive = CatOpenArchive(P(base + ".cat").constData(), 0);
     QVERIFY(archive);
     CatFindData data;
@@ -458,41 +431,6 @@ void TestCatalog::largeCatalogLoadsAndLists()
         QVERIFY(CatClose(file));
     }
     QVERIFY(CatCloseArchive(archive));
-    QVERIFY2(timer.elapsed() < 5000, "loading 100,000 entries took seconds");
-}
-
-void TestCatalog::corpusFilesThroughACatalog()
-{
-    const QString corpus = qEnvironmentVariable("HW_CORPUS_DIR");
-    if (corpus.isEmpty() || !QDir(corpus).exists())
-        QSKIP("no corpus directory");
-    QTemporaryDir dir;
-    const QString cat = dir.filePath("05.cat");
-    CatArchiveHandle* archive = CatOpenArchive(P(cat).constData(), 1);
-    QVERIFY(archive);
-    const QMap<QByteArray, QString> files = {{"types\\TShips.pck", "x3tc/types/TShips.txt"},
-                                             {"types\\TLaser.txt", "x3tc/types/TLaser.txt"},
-                                             {"t\\0001-L044.pck", "x3tc/t/0001-L044.xml"},
-                                             {"objects\\cut\\00749.pbd", "x3tc/objects/cut/00749.bod"}};
-    for (auto it = files.begin(); it != files.end(); ++it) {
-        const QByteArray data = ReadFile(QDir(corpus).filePath(it.value()));
-        QVERIFY(!data.isEmpty());
-        const int32_t kind = it.key().endsWith(".txt") ? CatKindPlain : CatKindPacked;
-        QVERIFY(DriverWrite(P(cat + "::") + it.key(), data, kind));
-    }
-    // Replace the first one again: it moves behind the others.
-    const QByteArray ships = ReadFile(QDir(corpus).filePath("x3tc/types/TShips.txt"));
-    QVERIFY(DriverWrite(P(cat + "::types\\TShips.pck"), ships + "\n", CatKindPacked));
-    QVERIFY(CatCloseArchive(archive));
-    for (auto it = files.begin(); it != files.end(); ++it) {
-        QByteArray expected = ReadFile(QDir(corpus).filePath(it.value()));
-        if (it.key() == "types\\TShips.pck")
-            expected += "\n";
-        bool ok = false;
-        QCOMPARE(DriverRead(P(cat + "::") + it.key(), &ok), expected);
-        QVERIFY(ok);
-    }
-    QCOMPARE(ReadCatalog(cat).last().name, QByteArray("types/TShips.pck"));
 }
 
 QTEST_GUILESS_MAIN(TestCatalog)

@@ -1,14 +1,14 @@
 // The transfer layer against catalogs and files that the tests write and
 // read byte by byte, so each check sees what really lies on disk.
+#include "CatalogFiles.h"
 #include "catfs/transfer/GameFile.h"
-#include "tst_transfer_support.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
-using namespace transfertest;
+using namespace catalogfiles;
 
 class TstTransfer : public QObject
 {
@@ -22,7 +22,7 @@ private:
     // Writes `content` to a file of the temporary directory and gives its path.
     QString source(const QString& name, const QByteArray& content) const
     {
-        WriteBytes(path(name), content);
+        WriteFile(path(name), content);
         return path(name);
     }
     // Stored bytes of an entry of x.cat, or a marker that no content can equal.
@@ -73,7 +73,7 @@ private slots:
     // Copying in: which name an entry gets and in which form it is stored.
     void copyInChoosesStoredNameAndForm()
     {
-        QVERIFY(WriteCatalog(cat(), {{"types\\TShips.pck", Packed("old")}}));
+        QVERIFY(WritePair(path("x"), {{"types\\TShips.pck", Packed("old")}}));
         const QByteArray page = "<language id=\"44\"><page id=\"17\"><t id=\"1\">Argon</t></page></language>";
         const QByteArray image = QByteArray("TGA image bytes \x01\x02\x03", 19);
 
@@ -108,8 +108,9 @@ private slots:
     // stands; all others leave their place and go to the end.
     void replacedEntriesKeepOrMoveTheirPlace()
     {
-        QVERIFY(WriteCatalog(
-            cat(), {{"objects\\a.bob", "0123456789"}, {"t\\b.txt", "bbbb"}, {"objects\\c.bob", "cccccc"}}));
+        QVERIFY(WritePair(
+            path("x"),
+            {{"objects\\a.bob", "0123456789"}, {"t\\b.txt", "bbbb"}, {"objects\\c.bob", "cccccc"}}));
 
         QVERIFY(copyIn("a1", "ABCDEFGHIJ", entry("objects\\a.bob"), false));
         QCOMPARE(CatalogNames(cat()), QStringList({"objects\\a.bob", "t\\b.txt", "objects\\c.bob"}));
@@ -131,9 +132,9 @@ private slots:
     // An empty source really empties a plain model entry overwritten in place.
     void emptySourceEmptiesModelEntry()
     {
-        QVERIFY(WriteCatalog(cat(), {{"objects\\a.bob", "model"}, {"t\\b.txt", "bbbb"}}));
+        QVERIFY(WritePair(path("x"), {{"objects\\a.bob", "model"}, {"t\\b.txt", "bbbb"}}));
         QVERIFY(copyIn("empty", {}, entry("objects\\a.bob"), false));
-        QVERIFY(CatalogLines(cat()).contains(qMakePair(QString("objects\\a.bob"), qint64(0))));
+        QCOMPARE(stored("objects\\a.bob"), QByteArray());
         QCOMPARE(stored("t\\b.txt"), QByteArray("bbbb"));
         QVERIFY(DataLengthMatches(cat()));
     }
@@ -141,10 +142,10 @@ private slots:
     // Model names address their packed form when removing, never the plain one.
     void removeTakesThePackedModel()
     {
-        QVERIFY(WriteCatalog(cat(), {{"objects\\a.bob", "plain model"},
-                                     {"objects\\a.pbb", Packed("packed model")},
-                                     {"objects\\s.pbd", Packed("scene")},
-                                     {"t\\c.txt", "text"}}));
+        QVERIFY(WritePair(path("x"), {{"objects\\a.bob", "plain model"},
+                                      {"objects\\a.pbb", Packed("packed model")},
+                                      {"objects\\s.pbd", Packed("scene")},
+                                      {"t\\c.txt", "text"}}));
         QVERIFY(GameFileRemove(entry("objects\\a.bob")));
         QVERIFY(GameFileRemove(entry("objects/S.BOD")));
         QCOMPARE(CatalogNames(cat()), QStringList({"objects\\a.bob", "t\\c.txt"}));
@@ -155,7 +156,7 @@ private slots:
         QVERIFY(DataLengthMatches(cat()));
 
         // Copying in a plain model clears a packed entry of that name.
-        QVERIFY(WriteCatalog(cat(), {{"objects\\m.pbb", Packed("old packed")}}));
+        QVERIFY(WritePair(path("x"), {{"objects\\m.pbb", Packed("old packed")}}));
         QVERIFY(copyIn("m.bob", "new plain", entry("objects\\m.bob"), false));
         QCOMPARE(CatalogNames(cat()), QStringList({"objects\\m.bob"}));
     }
@@ -164,14 +165,14 @@ private slots:
     void extractFindsPackedModelsAndKeepsTargetName()
     {
         const QByteArray body = "// model body\nP 0; 1; 2;\n";
-        QVERIFY(WriteCatalog(cat(), {{"objects\\ship.pbb", Packed(body)}, {"t\\a.pck", Packed("page")}}));
+        QVERIFY(WritePair(path("x"), {{"objects\\ship.pbb", Packed(body)}, {"t\\a.pck", Packed("page")}}));
         const QString target = path("out/ship.bob");
         QVERIFY(QDir().mkpath(path("out")));
 
         QVERIFY(!GameFileExtract(entry("objects\\ship.bob"), target, false, false));
         QVERIFY(!QFile::exists(target));
         QVERIFY(GameFileExtract(entry("objects/ship.bob"), target, true, false));
-        QCOMPARE(ReadBytes(target), body);
+        QCOMPARE(ReadFile(target), body);
         QCOMPARE(QDir(path("out")).entryList(QDir::Files), QStringList({"ship.bob"}));
         // Text rows are not used when extracting.
         QVERIFY(!GameFileExtract(entry("t\\a.xml"), path("a.xml"), true, false));
@@ -179,47 +180,47 @@ private slots:
 
     void rawExtractionKeepsPackedScrambling()
     {
-        const QByteArray rows = ShipRows(50, 3);
+        const QByteArray rows = SampleBytes(2500, 3);
         const QByteArray packed = Packed(rows);
-        QVERIFY(WriteCatalog(cat(), {{"types\\TShips.pck", packed}, {"gfx\\a.tga", "plain"}}));
+        QVERIFY(WritePair(path("x"), {{"types\\TShips.pck", packed}, {"gfx\\a.tga", "plain"}}));
 
         QVERIFY(GameFileExtract(entry("types\\TShips.pck"), path("raw"), false, true));
-        QCOMPARE(ReadBytes(path("raw")), packed);
+        QCOMPARE(ReadFile(path("raw")), packed);
         QVERIFY(GameFileExtract(entry("types\\TShips.pck"), path("plain"), false, false));
-        QCOMPARE(ReadBytes(path("plain")), rows);
+        QCOMPARE(ReadFile(path("plain")), rows);
         // A plain entry comes out the same either way.
         QVERIFY(GameFileExtract(entry("gfx\\a.tga"), path("tga"), false, true));
-        QCOMPARE(ReadBytes(path("tga")), QByteArray("plain"));
+        QCOMPARE(ReadFile(path("tga")), QByteArray("plain"));
     }
 
     // Failures keep what stood before: the old entry, the old target.
     void failuresLoseNothing()
     {
-        QVERIFY(WriteCatalog(cat(), {{"t\\c.txt", "keep me"}}));
+        QVERIFY(WritePair(path("x"), {{"t\\c.txt", "keep me"}}));
         QFile missing(path("no such file"));
         QVERIFY(!GameFileCopyIn(missing, entry("t\\c.txt"), false));
         QCOMPARE(stored("t\\c.txt"), QByteArray("keep me"));
 
         const QString target = source("target", "old target");
         QVERIFY(!GameFileExtract(entry("t\\missing.txt"), target, false, false));
-        QCOMPARE(ReadBytes(target), QByteArray("old target"));
+        QCOMPARE(ReadFile(target), QByteArray("old target"));
         QVERIFY(!GameFileExtract(path("no such file"), target, false, false));
-        QCOMPARE(ReadBytes(target), QByteArray("old target"));
+        QCOMPARE(ReadFile(target), QByteArray("old target"));
         // The layer reports a target it can't write.
         QVERIFY(!GameFileExtract(entry("t\\c.txt"), path("no dir/target"), false, false));
 
         // A .dat shorter than the catalog claims: the entry can't be read.
-        QVERIFY(WriteCatalog(cat(), {{"t\\c.txt", "keep me"}}));
-        QVERIFY(WriteBytes(DataPathOf(cat()), ScrambleData("keep")));
+        QVERIFY(WritePair(path("x"), {{"t\\c.txt", "keep me"}}));
+        QVERIFY(WriteFile(DataPathOf(cat()), XorBytes("keep")));
         QVERIFY(!GameFileExtract(entry("t\\c.txt"), target, false, false));
-        QCOMPARE(ReadBytes(target), QByteArray("old target"));
+        QCOMPARE(ReadFile(target), QByteArray("old target"));
     }
 
     // An entry name with ".." would reach a disk file beside the catalog.
     void entryNamesStayInsideTheCatalog()
     {
-        QVERIFY(WriteCatalog(cat(), {{"t\\a.txt", "entry"}}));
-        QVERIFY(WriteBytes(path("victim.txt"), "disk file"));
+        QVERIFY(WritePair(path("x"), {{"t\\a.txt", "entry"}}));
+        QVERIFY(WriteFile(path("victim.txt"), "disk file"));
         const QString escaping = entry("t\\..\\..\\victim.txt");
         QVERIFY(!GameFileEntryIsContained(escaping));
         QVERIFY(!GameFileEntryIsContained(entry("a/../b")));
@@ -229,19 +230,19 @@ private slots:
         QVERIFY(!QFile::exists(path("out")));
         QVERIFY(!copyIn("src", "overwritten", escaping, false));
         QVERIFY(!GameFileRemove(escaping));
-        QCOMPARE(ReadBytes(path("victim.txt")), QByteArray("disk file"));
+        QCOMPARE(ReadFile(path("victim.txt")), QByteArray("disk file"));
         QCOMPARE(CatalogNames(cat()), QStringList({"t\\a.txt"}));
     }
 
     void listing()
     {
         QVERIFY(GameFileList(path("missing.cat")).isEmpty());
-        QVERIFY(WriteCatalog(cat(), {}));
+        QVERIFY(WritePair(path("x"), {}));
         QVERIFY(GameFileList(cat()).isEmpty());
 
-        const QByteArray packed = Packed(ShipRows(10, 1));
-        QVERIFY(WriteCatalog(cat(),
-                             {{"types\\TShips.pck", packed}, {"some dir\\my file.txt", "120"}, {"e", {}}}));
+        const QByteArray packed = Packed(SampleBytes(500, 1));
+        QVERIFY(WritePair(path("x"),
+                          {{"types\\TShips.pck", packed}, {"some dir\\my file.txt", "120"}, {"e", {}}}));
         const QList<GameFileListEntry> list = GameFileList(path("x.cat").replace('/', '\\'));
         QCOMPARE(list.size(), 3);
         QCOMPARE(list[0].name, QString("types\\TShips.pck"));
@@ -255,47 +256,47 @@ private slots:
     // Both slash styles reach the same entry, and names are held with '\'.
     void slashesOfBothKinds()
     {
-        QVERIFY(WriteCatalog(cat(), {}));
+        QVERIFY(WritePair(path("x"), {}));
         QVERIFY(copyIn("f", "content", entry("dir/sub/f.txt"), false));
         QCOMPARE(CatalogNames(cat()), QStringList({"dir\\sub\\f.txt"}));
         QVERIFY(GameFileExtract(entry("dir\\sub\\f.txt"), path("one"), false, false));
         QVERIFY(GameFileExtract(entry("dir/sub\\f.txt"), path("two"), false, false));
-        QCOMPARE(ReadBytes(path("one")), QByteArray("content"));
-        QCOMPARE(ReadBytes(path("two")), QByteArray("content"));
+        QCOMPARE(ReadFile(path("one")), QByteArray("content"));
+        QCOMPARE(ReadFile(path("two")), QByteArray("content"));
     }
 
     // Files on disk go through the same functions.
     void filesOnDisk()
     {
-        const QByteArray rows = ShipRows(20, 7);
+        const QByteArray rows = SampleBytes(1000, 7);
         QVERIFY(QDir().mkpath(path("types")));
         QVERIFY(copyIn("src.txt", rows, path("types/TShips.txt"), true));
         QVERIFY(!QFile::exists(path("types/TShips.txt")));
-        QVERIFY(IsPacked(ReadBytes(path("types/TShips.pck"))));
-        QCOMPARE(unpacked(ReadBytes(path("types/TShips.pck"))), rows);
+        QVERIFY(IsPacked(ReadFile(path("types/TShips.pck"))));
+        QCOMPARE(unpacked(ReadFile(path("types/TShips.pck"))), rows);
 
         // A shorter plain file replaces a longer one completely.
-        QVERIFY(WriteBytes(path("types/plain.txt"), "a much longer old content"));
+        QVERIFY(WriteFile(path("types/plain.txt"), "a much longer old content"));
         QVERIFY(copyIn("short", "short", path("types/plain.txt"), false));
-        QCOMPARE(ReadBytes(path("types/plain.txt")), QByteArray("short"));
+        QCOMPARE(ReadFile(path("types/plain.txt")), QByteArray("short"));
 
         QVERIFY(GameFileExtract(path("types/TShips.pck"), path("unpacked"), false, false));
-        QCOMPARE(ReadBytes(path("unpacked")), rows);
+        QCOMPARE(ReadFile(path("unpacked")), rows);
     }
 
     void pckFileToPlain()
     {
-        const QByteArray rows = ShipRows(30, 5);
-        QVERIFY(WriteBytes(path("t.pck"), Packed(rows)));
+        const QByteArray rows = SampleBytes(1500, 5);
+        QVERIFY(WriteFile(path("t.pck"), Packed(rows)));
         PckFileToPlain(path("t.pck"), path("t.txt"));
-        QCOMPARE(ReadBytes(path("t.txt")), rows);
+        QCOMPARE(ReadFile(path("t.txt")), rows);
 
         // A plain or missing source gives an empty target, also over an old one.
-        QVERIFY(WriteBytes(path("plain.txt"), "not packed at all"));
+        QVERIFY(WriteFile(path("plain.txt"), "not packed at all"));
         PckFileToPlain(path("plain.txt"), path("t.txt"));
         QVERIFY(QFile::exists(path("t.txt")));
-        QCOMPARE(ReadBytes(path("t.txt")), QByteArray());
-        QVERIFY(WriteBytes(path("t.txt"), "old"));
+        QCOMPARE(ReadFile(path("t.txt")), QByteArray());
+        QVERIFY(WriteFile(path("t.txt"), "old"));
         PckFileToPlain(path("missing.pck"), path("t.txt"));
         QCOMPARE(QFile(path("t.txt")).size(), 0);
     }
@@ -306,14 +307,14 @@ private slots:
         const QString corpus = qEnvironmentVariable("HW_CORPUS_DIR");
         if (corpus.isEmpty() || !QDir(corpus).exists())
             QSKIP("no corpus directory");
-        QVERIFY(WriteCatalog(cat(), {}));
+        QVERIFY(WritePair(path("x"), {}));
         const QStringList files = {"x3tc/types/TShips.txt", "x3tc/t/0001-L044.xml",
                                    "x3tc/objects/cut/00749.bod"};
         for (const QString& file : files) {
             QFile input(corpus + "/" + file);
             QVERIFY2(GameFileCopyIn(input, entry(file), true), qPrintable(file));
             QVERIFY(GameFileExtract(entry(GameFilePackedName(file, true)), path("out"), false, false));
-            QCOMPARE(ReadBytes(path("out")), ReadBytes(corpus + "/" + file));
+            QCOMPARE(ReadFile(path("out")), ReadFile(corpus + "/" + file));
         }
         QCOMPARE(CatalogNames(cat()), QStringList({"x3tc\\types\\TShips.pck", "x3tc\\t\\0001-L044.pck",
                                                    "x3tc\\objects\\cut\\00749.pbd"}));

@@ -11,7 +11,6 @@ class TestCockpitTable : public QObject
     Q_OBJECT
 private slots:
     void readingNumbersRowsPastBlankLinesAndComments();
-    void newAndDefaultLinesHaveTheirFields();
     void writtenTableTurnsTurretNamesIntoRowNumbers();
     void writingReplacesAFileWholeOrNotAtAll();
     void gameTableComesFromTheSampleCatalog();
@@ -38,18 +37,6 @@ void TestCockpitTable::readingNumbersRowsPastBlankLinesAndComments()
 
     const CockpitTable missing = ReadCockpitTable(dir.filePath("absent.txt"));
     QVERIFY(missing.lines.isEmpty() && missing.names.isEmpty());
-}
-
-void TestCockpitTable::newAndDefaultLinesHaveTheirFields()
-{
-    const QString line = NewCockpitLine("SS_COCKPIT_MINE");
-    QCOMPARE(line.count(u';'), 19);
-    QVERIFY(line.endsWith(u';'));
-    QCOMPARE(CockpitSceneId(line), QString("4512"));
-    QCOMPARE(ShipField(line, 15), QString("-100000"));
-    QCOMPARE(CockpitName(line), QString("SS_COCKPIT_MINE"));
-    QCOMPARE(ShipLineId(line), QString("SS_COCKPIT_MINE"));
-    QCOMPARE(NewCockpitLine("SS_COCKPIT_DEFAULT"), QString(DefaultCockpitLine));
 }
 
 void TestCockpitTable::writtenTableTurnsTurretNamesIntoRowNumbers()

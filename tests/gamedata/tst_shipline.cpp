@@ -26,7 +26,6 @@ private slots:
     void idWithAndWithoutFinalSeparator();
     void setFieldKeepsTheRest();
     void numbersReadZeroOnText();
-    void layoutOfTheNewShip();
     void layoutWithCockpitsAndGroups();
     void layoutOfBrokenLinesStaysInside();
     void renumberingGuns();
@@ -81,19 +80,15 @@ void TestShipLine::numbersReadZeroOnText()
     QCOMPARE(FormatFloat(60.0), QString("60"));
 }
 
-void TestShipLine::layoutOfTheNewShip()
-{
-    const ShipLineLayout layout = LayoutOf(NewShip);
-    QCOMPARE(layout.cockpitCount, 0);
-    QCOMPARE(layout.gunIndexField, 54);
-    QCOMPARE(layout.tailIndex, 55);
-    QVERIFY(layout.groups.isEmpty());
-    QCOMPARE(ShipField(NewShip, layout.tailIndex + 1), QString("0")); // PriceNpc
-    QCOMPARE(ShipField(NewShip, layout.tailIndex + 9), QString("HW_NEW_SHIP"));
-}
-
 void TestShipLine::layoutWithCockpitsAndGroups()
 {
+    // No block at all: G = 54, T = 55.
+    const ShipLineLayout none = LayoutOf(NewShip);
+    QCOMPARE(none.cockpitCount, 0);
+    QCOMPARE(none.gunIndexField, 54);
+    QCOMPARE(none.tailIndex, 55);
+    QVERIFY(none.groups.isEmpty());
+
     // One cockpit with an empty group: G = 58, T = 63.
     const QString one = Line(1, "1;0;body;0;1;1;0;1;0");
     QCOMPARE(GunIndexField(one), 58);

@@ -2,8 +2,10 @@
 // catalogs through the transfer layer, tables through the types readers, pages
 // and scenes extracted to work files. Checks that the sample holds what the
 // dialogs expect of a game: consistent ship lines, names in both languages,
-// scenes with the nodes the lines name, and a newer catalog that wins.
+// and scenes with the nodes the lines name. That the newer catalog wins is
+// shown by the readers' own tests on this game.
 #include "catfs/transfer/GameFile.h"
+#include "gamedata/GroupedTables.h"
 #include "gamedata/ShipLine.h"
 #include "gamedata/TypesFile.h"
 
@@ -20,7 +22,6 @@
 
 namespace {
 
-constexpr int kShipCount = 16;
 constexpr int kRaceCount = 19;
 
 // page -> text id -> text
@@ -106,41 +107,6 @@ QSet<QString> SceneNodes(const QString& text)
     return nodes;
 }
 
-// A grouped table (Dummies, Components) as sections of items. In Components an
-// item is a group line followed by its data lines. Sets `error` when a count
-// does not match the lines behind it.
-struct Section
-{
-    QString name;
-    QList<QStringList> items; // each item: its first line, then its data lines
-};
-
-QList<Section> ReadSections(const QStringList& lines, bool grouped, QString* error)
-{
-    QList<Section> sections;
-    int line = 0;
-    auto count = [&](const QString& text) { return ShipField(text, 1).toInt(); };
-    while (line < lines.size()) {
-        Section section{ShipField(lines[line], 0), {}};
-        const int items = count(lines[line++]);
-        for (int i = 0; i < items; ++i) {
-            if (line >= lines.size()) {
-                *error = section.name + " ends before its " + QString::number(items) + " entries";
-                return sections;
-            }
-            QStringList item{lines[line++]};
-            const int data = grouped ? count(item.first()) : 0;
-            for (int d = 0; d < data && line < lines.size(); ++d)
-                item.append(lines[line++]);
-            if (item.size() != data + 1)
-                *error = section.name + ": group " + item.first() + " ends early";
-            section.items.append(item);
-        }
-        sections.append(section);
-    }
-    return sections;
-}
-
 } // namespace
 
 class TestSampleGame : public QObject
@@ -152,7 +118,6 @@ private slots:
     void shipLinesAreConsistent();
     void shipLinesReferToExistingRows();
     void shipsCoverTheShapesTheDialogsMeet();
-    void newerCatalogWins();
     void namesHaveTextsInBothLanguages();
     void variantReferencesNameListedVariants();
     void scenesNamedByShipsHoldTheirNodes();
@@ -245,9 +210,8 @@ void TestSampleGame::initTestCase()
 
     const TypesTable ships = table("TShips");
     m_ships = ships.records;
-    QCOMPARE(ShipField(ships.header, 0), QString("48"));
-    QCOMPARE(ShipField(ships.header, 1).toInt(), kShipCount);
-    QCOMPARE(m_ships.size(), kShipCount);
+    QVERIFY(!m_ships.isEmpty());
+    QCOMPARE(ShipField(ships.header, 1).toInt(), m_ships.size());
 
     const QString data = qEnvironmentVariable("HW_DATA_DIR");
     m_classes = ReadIdNames(data + "/data/classes", false);
@@ -276,12 +240,6 @@ void TestSampleGame::catalogsHoldEveryPackedSourceOnce()
     expected.sort();
     listed.sort();
     QCOMPARE(listed, expected);
-    const QStringList tables{"TShips",    "TCockpits", "TLaser",    "TShields",
-                             "TMissiles", "Dummies",   "Components"};
-    for (const QString& table : tables)
-        QVERIFY2(listed.contains("types\\" + table + ".pck"), qPrintable(table));
-    QVERIFY(listed.contains("t\\440001.pck"));
-    QVERIFY(listed.contains("t\\490001.pck"));
 
     QStringList overrides = entryNames("02.cat");
     overrides.sort();
@@ -397,28 +355,6 @@ void TestSampleGame::shipsCoverTheShapesTheDialogsMeet()
     QVERIFY(races.size() >= 5);
 }
 
-void TestSampleGame::newerCatalogWins()
-{
-    // Tables: the newest catalog that holds a table is the one read.
-    const TypesTable first = catalogTable("01.cat", "TShields");
-    const TypesTable fetched = table("TShields");
-    QCOMPARE(first.records.size(), 5);
-    QCOMPARE(fetched.records.size(), 6);
-    QCOMPARE(fetched.records, catalogTable("02.cat", "TShields").records);
-    QCOMPARE(ShipField(fetched.records.last(), 6), QString("8251"));
-    QVERIFY(!QFileInfo::exists(m_work.filePath("TShields.txt")));
-
-    // Texts: read from the first catalog up, the later text wins. 02.cat's page
-    // is complete, since the configuration dialog reads only the newest page,
-    // and differs from 01.cat's in one ship name.
-    const Pages older = pages("01.cat", "44");
-    Pages newer = pages("02.cat", "44");
-    QCOMPARE(older.value(17).value(9031), QString("Halberd"));
-    QCOMPARE(newer.value(17).value(9031), QString("Halberd Prime"));
-    newer[17][9031] = older.value(17).value(9031);
-    QCOMPARE(newer, older);
-}
-
 void TestSampleGame::namesHaveTextsInBothLanguages()
 {
     QList<int> shipTexts;
@@ -515,36 +451,24 @@ void TestSampleGame::scenesNamedByShipsHoldTheirNodes()
 void TestSampleGame::gunBodiesAndGroupedTablesAreComplete()
 {
     const TypesTable dummyTable = table("Dummies");
-    QString error;
-    const QList<Section> dummies =
-        ReadSections(QStringList{dummyTable.header} + dummyTable.records, false, &error);
-    QVERIFY2(error.isEmpty(), qPrintable(error));
+    const QList<DummySection> dummies =
+        ParseDummies((QStringList{dummyTable.header} + dummyTable.records).join('\n'));
     // A wrong count shifts the lines behind it: a data line would then be read
     // as a section, and its name would not be one of the game's sections.
-    const QStringList known =
-        QString("SDTYPE_ANIMATED:SDTYPE_DOCK:SDTYPE_DOORWAY:SDTYPE_GUN:SDTYPE_CONNECTION").split(':');
-    QStringList names;
-    for (const Section& section : dummies) {
-        QVERIFY2(known.contains(section.name), qPrintable(section.name));
-        names.append(section.name);
-    }
-    QVERIFY(names.contains("SDTYPE_GUN"));
-    QVERIFY(names.size() >= 2);
+    const QStringList known = DummySectionNames();
+    for (const DummySection& section : dummies)
+        QVERIFY2(known.contains(section.Name), qPrintable(section.Name));
+    QVERIFY(dummies.size() >= 2);
 
     // Gun bodies as the dialog reads them: field 0 the body, field 2 the number
     // n of pairs, field 2n + 3 the number m of nodes, node j at field 2n + 4 + 2j.
     QHash<QString, QStringList> gunBodies;
-    for (const Section& section : dummies) {
-        if (section.name != "SDTYPE_GUN")
-            continue;
-        for (const QStringList& item : section.items) {
-            const QString& line = item.first();
-            const int n = ShipFieldInt(line, 2);
-            const int m = ShipFieldInt(line, 2 * n + 3);
-            for (int j = 0; j < m; ++j)
-                gunBodies[ShipField(line, 0)].append(ShipField(line, 2 * n + 4 + 2 * j) + ":" +
-                                                     QString::number(j + 1));
-        }
+    for (const QString& line : GunDummyLines(dummies)) {
+        const int n = ShipFieldInt(line, 2);
+        const int m = ShipFieldInt(line, 2 * n + 3);
+        for (int j = 0; j < m; ++j)
+            gunBodies[ShipField(line, 0)].append(ShipField(line, 2 * n + 4 + 2 * j) + ":" +
+                                                 QString::number(j + 1));
     }
     QVERIFY(!gunBodies.isEmpty());
     for (const QString& line : std::as_const(m_ships)) {
@@ -561,14 +485,13 @@ void TestSampleGame::gunBodiesAndGroupedTablesAreComplete()
     }
 
     const TypesTable componentTable = table("Components");
-    const QList<Section> components =
-        ReadSections(QStringList{componentTable.header} + componentTable.records, true, &error);
-    QVERIFY2(error.isEmpty(), qPrintable(error));
+    const QList<ComponentSection> components =
+        ParseComponents((QStringList{componentTable.header} + componentTable.records).join('\n'));
     QVERIFY(!components.isEmpty());
-    for (const Section& section : components) {
-        QVERIFY2(section.name.startsWith("SCTYPE_"), qPrintable(section.name));
-        for (const QStringList& group : section.items)
-            QVERIFY2(group.size() > 1, qPrintable(section.name + ": " + group.first()));
+    for (const ComponentSection& section : components) {
+        QVERIFY2(section.Name.startsWith("SCTYPE_"), qPrintable(section.Name));
+        for (const ComponentGroup& group : section.Groups)
+            QVERIFY2(!group.Lines.isEmpty(), qPrintable(section.Name + ": " + group.Id));
     }
 }
 

@@ -42,6 +42,34 @@ QByteArray ReadFile(const QString& path);
 // Bytes that do not compress, the same for the same seed.
 QByteArray RandomBytes(qsizetype size, quint32 seed);
 
+// What a program run by RunProgram did. `exited` is false when it crashed,
+// did not start or did not end in time; `code` is then -1.
+struct ProgramRun
+{
+    bool exited = false;
+    int code = -1;
+    QByteArray out;
+    QByteArray err;
+};
+ProgramRun RunProgram(const QString& program, const QStringList& arguments, const QString& workingDir = {},
+                      int timeoutMs = 180000);
+
+// Sets an environment variable (a null value unsets it) for the life of the
+// object, and puts back what stood before.
+class ScopedEnv
+{
+public:
+    ScopedEnv(const char* name, const QByteArray& value);
+    ~ScopedEnv();
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+private:
+    const char* m_name;
+    QByteArray m_old;
+    bool m_wasSet;
+};
+
 // A prompter for tests: each call takes the next scripted answer of its kind
 // (an empty answer when none is left) and records what was asked.
 class ScriptedPrompter : public Prompter

@@ -1,23 +1,27 @@
-// hwtool as a black box: the built binary run with QProcess.
-#include "catfs/CatDriver.h"
-#include "tst_transfer_support.h"
+// hwtool as a black box: the built binary run as a child process, on
+// catalogs and packed files, and on ship packages made from a manifest and
+// dumped back to JSON.
+#include "CatalogFiles.h"
 
+#include <QCryptographicHash>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
-using namespace transfertest;
+#include <csignal>
+
+using namespace catalogfiles;
 
 namespace {
 
-struct ToolResult
+QJsonObject FileObject(const QString& path, const QString& name, qint64 time)
 {
-    bool exited = false; // false when the tool crashed or did not start
-    int code = -1;
-    QByteArray out;
-    QByteArray err;
-};
+    return QJsonObject{{"Path", path}, {"Name", name}, {"Time", time}};
+}
 
 } // namespace
 
@@ -30,29 +34,31 @@ private:
     QString m_tool;
     QString path(const QString& name) const { return m_dir->filePath(name); }
 
-    ToolResult run(const QStringList& arguments) const
+    // Runs the tool; says why when it does not exit with `code`.
+    ProgramRun expect(int code, const QStringList& arguments) const
     {
-        QProcess process;
-        process.setWorkingDirectory(m_dir->path());
-        process.start(m_tool, arguments);
-        ToolResult result;
-        if (!process.waitForFinished(60000))
-            return result;
-        result.exited = process.exitStatus() == QProcess::NormalExit;
-        result.code = result.exited ? process.exitCode() : -1;
-        result.out = process.readAllStandardOutput();
-        result.err = process.readAllStandardError();
-        return result;
-    }
-
-    // Runs the tool and fails the test unless it exits with `code`.
-    ToolResult expect(int code, const QStringList& arguments) const
-    {
-        const ToolResult result = run(arguments);
+        const ProgramRun result = RunProgram(m_tool, arguments, m_dir->path());
         if (!result.exited || result.code != code)
             qWarning().noquote() << "hwtool" << arguments.join(' ') << "exited" << result.code << "\n"
                                  << result.err;
         return result;
+    }
+
+    // Runs the tool: true when it exits with 1, `reason` on stderr and nothing on stdout.
+    bool fails(const QStringList& arguments, const QByteArray& reason) const
+    {
+        const ProgramRun result = expect(1, arguments);
+        if (result.code == 1 && !result.err.contains(reason))
+            qWarning().noquote() << "hwtool" << arguments.join(' ') << "gave no" << reason << "in"
+                                 << result.err;
+        return result.code == 1 && result.err.contains(reason) && result.out.isEmpty();
+    }
+
+    // Writes `manifest` and gives the arguments that build `package` from it.
+    QStringList xspBuild(const QJsonObject& manifest, const QString& package) const
+    {
+        WriteFile(path("m.json"), QJsonDocument(manifest).toJson());
+        return {"xsp-build", path("m.json"), package};
     }
 
 private slots:
@@ -86,7 +92,7 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, complaint);
-        const ToolResult result = expect(2, arguments);
+        const ProgramRun result = expect(2, arguments);
         QCOMPARE(result.code, 2);
         QVERIFY2(result.err.contains(complaint.toUtf8()), result.err.constData());
         QVERIFY(result.err.contains("usage"));
@@ -94,44 +100,36 @@ private slots:
         QVERIFY(!QFile::exists(path("x.cat")));
     }
 
-    void helpListsEveryCommand()
-    {
-        const ToolResult result = expect(0, {"--help"});
-        QCOMPARE(result.code, 0);
-        for (const char* command : {"cat-list", "cat-extract", "cat-add", "cat-rm", "pck-unpack", "pck-pack"})
-            QVERIFY2(result.out.contains(command), command);
-    }
-
     // cat-add creates the pair; cat-list shows it; cat-extract gives the bytes back.
     void roundTripThroughACatalog()
     {
-        const QByteArray rows = ShipRows(40, 11);
+        const QByteArray rows = SampleBytes(2000, 11);
         const QByteArray image = QByteArray("\x00\x01\x02 binary \xff\xfe", 14);
-        QVERIFY(WriteBytes(path("TShips.txt"), rows));
-        QVERIFY(WriteBytes(path("a.tga"), image));
+        QVERIFY(WriteFile(path("TShips.txt"), rows));
+        QVERIFY(WriteFile(path("a.tga"), image));
         const QString cat = path("mods/new.cat");
         QVERIFY(QDir().mkpath(path("mods")));
 
         QCOMPARE(expect(0, {"cat-add", cat, "gfx/a.tga", path("a.tga")}).code, 0);
-        const ToolResult added =
+        const ProgramRun added =
             expect(0, {"cat-add", cat, "types\\TShips.txt", path("TShips.txt"), "--packed"});
         QCOMPARE(added.code, 0);
         QVERIFY(added.out.contains("types\\TShips.pck"));
         QVERIFY(QFile::exists(path("mods/new.dat")));
 
-        const ToolResult list = expect(0, {"cat-list", cat});
+        const ProgramRun list = expect(0, {"cat-list", cat});
         QCOMPARE(list.code, 0);
-        const qint64 packedSize = CatalogLines(cat).value(1).second;
+        const qint64 packedSize = ReadCatalog(cat).value(1).size;
         QVERIFY(packedSize > 0 && packedSize != rows.size());
         QCOMPARE(list.out, "gfx\\a.tga\t14\ntypes\\TShips.pck\t" + QByteArray::number(packedSize) + "\n");
 
         QCOMPARE(expect(0, {"cat-extract", cat, "gfx\\a.tga", path("a.out")}).code, 0);
-        QCOMPARE(ReadBytes(path("a.out")), image);
+        QCOMPARE(ReadFile(path("a.out")), image);
         QCOMPARE(expect(0, {"cat-extract", cat, "types/TShips.pck", path("rows.out")}).code, 0);
-        QCOMPARE(ReadBytes(path("rows.out")), rows);
+        QCOMPARE(ReadFile(path("rows.out")), rows);
         QCOMPARE(expect(0, {"cat-extract", cat, "types/TShips.pck", path("raw.out"), "--raw"}).code, 0);
-        QVERIFY(IsPacked(ReadBytes(path("raw.out"))));
-        QCOMPARE(Unpacked(ReadBytes(path("raw.out"))).value_or("<does not unpack>"), rows);
+        QVERIFY(IsPacked(ReadFile(path("raw.out"))));
+        QCOMPARE(Unpacked(ReadFile(path("raw.out"))).value_or("<does not unpack>"), rows);
 
         QCOMPARE(expect(0, {"cat-rm", cat, "gfx/a.tga"}).code, 0);
         QCOMPARE(expect(0, {"cat-list", cat}).out,
@@ -142,7 +140,7 @@ private slots:
     void removeTakesTheExactName()
     {
         const QString cat = path("x.cat");
-        QVERIFY(WriteCatalog(cat, {{"objects\\a.bob", "plain"}, {"objects\\a.pbb", Packed("packed")}}));
+        QVERIFY(WritePair(path("x"), {{"objects\\a.bob", "plain"}, {"objects\\a.pbb", Packed("packed")}}));
         QCOMPARE(expect(0, {"cat-rm", cat, "objects/a.bob"}).code, 0);
         QCOMPARE(CatalogNames(cat), QStringList({"objects\\a.pbb"}));
         QCOMPARE(expect(0, {"cat-rm", cat, "OBJECTS\\A.PBB"}).code, 0);
@@ -151,90 +149,172 @@ private slots:
 
     void failuresGiveOneAndTheReason()
     {
-        QVERIFY(WriteCatalog(path("x.cat"), {{"t\\a.txt", "text"}}));
-        QVERIFY(WriteBytes(path("keep"), "old target"));
+        QVERIFY(WritePair(path("x"), {{"t\\a.txt", "text"}}));
+        QVERIFY(WriteFile(path("keep"), "old target"));
+        const QString cat = path("x.cat");
 
-        ToolResult result = expect(1, {"cat-list", path("missing.cat")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("File does not exist."), result.err.constData());
-        QVERIFY(result.out.isEmpty());
-
-        result = expect(1, {"cat-extract", path("x.cat"), "t\\b.txt", path("keep")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("No entry in CAT file."), result.err.constData());
-        QCOMPARE(ReadBytes(path("keep")), QByteArray("old target"));
-
-        result = expect(1, {"cat-extract", path("x.cat"), "t\\a.txt", path("no dir/out")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("cannot write"), result.err.constData());
-
-        result = expect(1, {"cat-rm", path("x.cat"), "t\\b.txt"});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("No entry in CAT file."), result.err.constData());
-
-        result = expect(1, {"cat-add", path("x.cat"), "t\\a.txt", path("no such file")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("File does not exist."), result.err.constData());
-        QCOMPARE(CatalogNames(path("x.cat")), QStringList({"t\\a.txt"}));
+        QVERIFY(fails({"cat-list", path("missing.cat")}, "File does not exist."));
+        QVERIFY(fails({"cat-extract", cat, "t\\b.txt", path("keep")}, "No entry in CAT file."));
+        QVERIFY(fails({"cat-extract", cat, "t\\a.txt", path("no dir/out")}, "cannot write"));
+        QVERIFY(fails({"cat-rm", cat, "t\\b.txt"}, "No entry in CAT file."));
+        QVERIFY(fails({"cat-add", cat, "t\\a.txt", path("no such file")}, "File does not exist."));
+        QCOMPARE(ReadFile(path("keep")), QByteArray("old target"));
+        QCOMPARE(CatalogNames(cat), QStringList({"t\\a.txt"}));
 
         // Entry names that would leave the catalog touch nothing on disk.
-        QVERIFY(WriteBytes(path("victim"), "disk file"));
-        for (const QStringList& arguments :
-             {QStringList({"cat-add", path("x.cat"), "t\\..\\..\\victim", path("keep")}),
-              QStringList({"cat-extract", path("x.cat"), "t/../../victim", path("stolen")}),
-              QStringList({"cat-rm", path("x.cat"), "t\\..\\..\\victim"})}) {
-            result = expect(1, arguments);
-            QCOMPARE(result.code, 1);
-            QVERIFY2(result.err.contains("'..'"), result.err.constData());
-        }
-        QCOMPARE(ReadBytes(path("victim")), QByteArray("disk file"));
+        QVERIFY(WriteFile(path("victim"), "disk file"));
+        QVERIFY(fails({"cat-add", cat, "t\\..\\..\\victim", path("keep")}, "'..'"));
+        QVERIFY(fails({"cat-extract", cat, "t/../../victim", path("stolen")}, "'..'"));
+        QVERIFY(fails({"cat-rm", cat, "t\\..\\..\\victim"}, "'..'"));
+        QCOMPARE(ReadFile(path("victim")), QByteArray("disk file"));
         QVERIFY(!QFile::exists(path("stolen")));
 
         // A catalog whose .dat is missing is not created over.
-        QVERIFY(WriteBytes(path("lonely.dat"), "data"));
-        result = expect(1, {"cat-add", path("lonely.cat"), "a", path("keep")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("File already exist."), result.err.constData());
-        QCOMPARE(ReadBytes(path("lonely.dat")), QByteArray("data"));
+        QVERIFY(WriteFile(path("lonely.dat"), "data"));
+        QVERIFY(fails({"cat-add", path("lonely.cat"), "a", path("keep")}, "File already exist."));
+        QCOMPARE(ReadFile(path("lonely.dat")), QByteArray("data"));
 
         // A catalog line without a blank is bad data.
-        QVERIFY(WriteBytes(path("bad.cat"), ScrambleCatalog("bad.dat\nnoblank\n")));
-        QVERIFY(WriteBytes(path("bad.dat"), ""));
-        result = expect(1, {"cat-list", path("bad.cat")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("Bad data in file."), result.err.constData());
+        QVERIFY(WritePairRaw(path("bad"), "bad.dat\nnoblank\n", {}));
+        QVERIFY(fails({"cat-list", path("bad.cat")}, "Bad data in file."));
     }
 
     void packAndUnpackFiles()
     {
-        const QByteArray rows = ShipRows(25, 2);
-        QVERIFY(WriteBytes(path("rows.txt"), rows));
+        const QByteArray rows = SampleBytes(1200, 2);
+        QVERIFY(WriteFile(path("rows.txt"), rows));
         QCOMPARE(expect(0, {"pck-pack", path("rows.txt"), path("rows.pck")}).code, 0);
-        QVERIFY(IsPacked(ReadBytes(path("rows.pck"))));
+        QVERIFY(IsPacked(ReadFile(path("rows.pck"))));
         QCOMPARE(expect(0, {"pck-unpack", path("rows.pck"), path("back.txt")}).code, 0);
-        QCOMPARE(ReadBytes(path("back.txt")), rows);
+        QCOMPARE(ReadFile(path("back.txt")), rows);
 
-        // Not packed: refused, and the target keeps what it had.
-        ToolResult result = expect(1, {"pck-unpack", path("rows.txt"), path("back.txt")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("not a packed file"), result.err.constData());
-        QCOMPARE(ReadBytes(path("back.txt")), rows);
-
-        // Packed but damaged: the driver's reason, the target untouched.
-        QByteArray damaged = ReadBytes(path("rows.pck"));
-        damaged[damaged.size() - 6] = static_cast<char>(damaged[damaged.size() - 6] ^ 0x40);
-        QVERIFY(WriteBytes(path("damaged.pck"), damaged));
-        result = expect(1, {"pck-unpack", path("damaged.pck"), path("back.txt")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("GZIP"), result.err.constData());
-        QCOMPARE(ReadBytes(path("back.txt")), rows);
+        // Not packed, or packed but damaged: refused, and the target keeps what it had.
+        QByteArray damaged = ReadFile(path("rows.pck"));
+        damaged[damaged.size() - 6] = char(damaged[damaged.size() - 6] ^ 0x40);
+        QVERIFY(WriteFile(path("damaged.pck"), damaged));
+        QVERIFY(fails({"pck-unpack", path("rows.txt"), path("back.txt")}, "not a packed file"));
+        QVERIFY(fails({"pck-unpack", path("damaged.pck"), path("back.txt")}, "GZIP"));
+        QCOMPARE(ReadFile(path("back.txt")), rows);
 
         // A target whose packed form would have another name is refused.
-        result = expect(1, {"pck-pack", path("rows.txt"), path("out.xml")});
-        QCOMPARE(result.code, 1);
-        QVERIFY2(result.err.contains("out.pck"), result.err.constData());
+        QVERIFY(fails({"pck-pack", path("rows.txt"), path("out.xml")}, "out.pck"));
         QVERIFY(!QFile::exists(path("out.xml")));
         QVERIFY(!QFile::exists(path("out.pck")));
+    }
+
+    void xspBuildAndDumpRoundTrip()
+    {
+        const QByteArray scene = "VER: 1;\nP 0; B 1;\n";
+        const QByteArray model = RandomBytes(70000, 2);
+        const QByteArray other = "texture bytes\nwith a Packager: 2 line\n";
+        const QByteArray script = "<?xml version=\"1.0\"?><script/>";
+        const QByteArray picture = RandomBytes(400, 3);
+        WriteFile(path("files/scene.pbd"), scene);
+        WriteFile(path("files/hull.pbb"), model);
+        WriteFile(path("files/tex ture.dds"), other);
+        WriteFile(path("files/setup.ship.xml"), script);
+        WriteFile(path("files/shot.jpg"), picture);
+
+        const QJsonObject manifest{
+            {"Name", "Long Ship"},
+            {"Author", "A. Modder"},
+            {"Version", "1.2"},
+            {"ID", "SS_SH_LONG"},
+            {"Data", "1;2;3;SS_SH_LONG"},
+            {"Web", "http://example.invalid/ship"},
+            {"Mirror1", "m1"},
+            {"Mirror2", ""},
+            {"Comment", "first line\nsecond: line"},
+            {"ScreenShot", "files/shot.jpg"},
+            {"LanguageText", true},
+            {"ExistingShip", false},
+            {"OriginalDesc", 1234},
+            {"Shipyards", QJsonArray{true, false, false, true, false, false, false, true}},
+            {"Texts",
+             QJsonArray{QJsonObject{{"Language", 44}, {"Title", "Long"}, {"Description", "A: ship"}}}},
+            {"Dummies", QJsonArray{QJsonObject{{"Section", "SDTYPE_GUN"}, {"Data", "1;2;"}}}},
+            {"Components", QJsonArray{QJsonObject{{"Section", "SC"}, {"Id", "7"}, {"Data", "a;b;"}}}},
+            {"Cockpits", QJsonArray{"0;1;COCK_A"}},
+            {"SceneFile", FileObject("files/scene.pbd", "objects/ships/long.pbd", 1000)},
+            {"CockpitFile", QJsonValue()},
+            {"Models", QJsonArray{FileObject("files/hull.pbb", "objects/ships/hull.pbb", 1001)}},
+            {"Files", QJsonArray{FileObject(path("files/tex ture.dds"), "textures/tex ture.dds", 1002)}},
+            {"Scripts", QJsonArray{FileObject("files/setup.ship.xml", "setup.ship.xml", 1003)}}};
+        const QString package = path("out/long.xsp");
+        QDir().mkpath(path("out"));
+        QCOMPARE(expect(0, xspBuild(manifest, package)).code, 0);
+        const ProgramRun run = expect(0, {"xsp-dump", package});
+        const QJsonObject dump = QJsonDocument::fromJson(run.out).object();
+        QVERIFY(!dump.isEmpty());
+
+        for (const char* key : {"Name", "Author", "Version", "ID", "Data", "Web", "Mirror1", "Mirror2",
+                                "Comment", "LanguageText", "ExistingShip", "OriginalDesc", "Shipyards",
+                                "Texts", "Dummies", "Components", "Cockpits"})
+            QVERIFY2(dump.value(key) == manifest.value(key), key);
+        QCOMPARE(dump.value("ScreenShot").toString(), QString("LongShip-A.Modder.jpg"));
+        QVERIFY(dump.value("CockpitFile").isNull());
+
+        const auto checkFile = [](const QJsonValue& value, const QString& name, const QByteArray& bytes,
+                                  int time) {
+            const QJsonObject file = value.toObject();
+            return file.value("Name").toString() == name && file.value("Size").toInteger() == bytes.size() &&
+                   file.value("Time").toInteger() == time &&
+                   file.value("Sha256").toString() ==
+                       QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+        };
+        QVERIFY(checkFile(dump.value("SceneFile"), "objects/ships/long.pbd", scene, 1000));
+        QVERIFY(checkFile(dump.value("Models").toArray().at(0), "objects/ships/hull.pbb", model, 1001));
+        QVERIFY(checkFile(dump.value("Files").toArray().at(0), "textures/tex ture.dds", other, 1002));
+        QVERIFY(checkFile(dump.value("Scripts").toArray().at(0), "setup.ship.xml", script, 1003));
+
+        // The same manifest builds the same package, byte for byte.
+        QCOMPARE(expect(0, xspBuild(manifest, path("out/again.xsp"))).code, 0);
+        QCOMPARE(ReadFile(path("out/again.xsp")), ReadFile(package));
+    }
+
+    void xspRefusesBadInput()
+    {
+        WriteFile(path("a.bin"), "abc");
+        const QJsonObject base{{"Name", "N"}, {"Author", "A"}, {"Data", "1"}};
+        QJsonObject unsafe = base, typo = base, missing = base;
+        unsafe["Files"] = QJsonArray{FileObject("a.bin", "../outside.bin", 1)};
+        typo["Modles"] = QJsonArray{};
+        missing["Models"] = QJsonArray{FileObject("nothere.pbb", "objects/x.pbb", 1)};
+        QVERIFY(fails(xspBuild(unsafe, path("out.xsp")), "../outside.bin"));
+        QVERIFY(fails(xspBuild(typo, path("out.xsp")), "Modles"));
+        QVERIFY(fails(xspBuild(missing, path("out.xsp")), "nothere.pbb"));
+        QVERIFY(!QFileInfo::exists(path("out.xsp")));
+
+        // Not a package: a clear reason and exit 1.
+        QVERIFY(fails({"xsp-dump", path("a.bin")}, "not a ship package"));
+        QVERIFY(fails({"xsp-dump", path("none.xsp")}, ""));
+    }
+
+    void killedXspBuildLeavesThePackage()
+    {
+        WriteFile(path("big.pbb"), RandomBytes(48 << 20, 8));
+        const QJsonObject manifest{{"Name", "N"},
+                                   {"Author", "A"},
+                                   {"Data", "1"},
+                                   {"Models", QJsonArray{FileObject("big.pbb", "objects/big.pbb", 5)}}};
+        const QStringList build = xspBuild(manifest, path("ship.xsp"));
+        const QString package = path("ship.xsp");
+        const QByteArray previous = "the package from yesterday";
+        WriteFile(package, previous);
+
+        // Killed while the stream is written and while it is compressed.
+        for (const int delayMs : {150, 2500}) {
+            QProcess process;
+            process.start(m_tool, build);
+            QVERIFY(process.waitForStarted());
+            QTest::qWait(delayMs);
+            if (process.state() != QProcess::Running)
+                QSKIP("the build ended before it could be interrupted");
+            ::kill(pid_t(process.processId()), SIGKILL);
+            QVERIFY(process.waitForFinished(10000));
+            QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+            QCOMPARE(ReadFile(package), previous);
+        }
     }
 };
 
