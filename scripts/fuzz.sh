@@ -10,7 +10,9 @@
 # libFuzzer's runtime are installed through scripts/install-deps.sh. What a run
 # discovers goes to a scratch corpus, build-fuzz/corpus/<name>, never into the
 # checked-in seeds of fuzz/corpus/<name>: a finding's reproducer is added
-# there by hand once it is fixed. The fuzzers run at the lowest priority.
+# there by hand once it is fixed. The fuzzers run at the lowest priority; an
+# input that takes longer than FUZZ_TIMEOUT seconds of wall time (default
+# 120, generous for a busy machine) counts as a finding.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -44,7 +46,7 @@ for name in "${names[@]}"; do
   log="build-fuzz/logs/$name.log"
   echo "== fuzz_$name for $seconds s (log: $log)"
   status=0
-  nice -n 19 "$binary" -max_total_time="$seconds" -timeout=30 -print_final_stats=1 \
+  nice -n 19 "$binary" -max_total_time="$seconds" -timeout="${FUZZ_TIMEOUT:-120}" -print_final_stats=1 \
     -artifact_prefix="build-fuzz/findings/$name-" \
     "build-fuzz/corpus/$name" "fuzz/corpus/$name" >"$log" 2>&1 || status=$?
   executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
