@@ -1,37 +1,53 @@
-# Fuzz harnesses of the catalog loader and the packed-file reader.
+# Fuzz harnesses. Each reader of outside bytes has one: fuzz/fuzz_<name>.cpp
+# defines LLVMFuzzerTestOneInput, and fuzz/corpus/<name>/ holds its small seed
+# corpus. A harness joins with one line below:
 #
-# Always: each harness is built with a small replay main and runs as a test
-# over its checked-in corpus (fuzz/corpus/<name>), so CI needs no clang.
-# With HW_FUZZ=ON (CMAKE_CXX_COMPILER=clang++): real libFuzzer binaries
-# fuzz_catalog and fuzz_pck, with the driver instrumented for coverage and
-# AddressSanitizer, e.g.  build/fuzz-bin/fuzz_pck -max_total_time=120 fuzz/corpus/pck
-set(HW_FUZZ_HARNESSES catalog pck)
+#   hw_fuzz_harness(<name> <libraries it links>...)
+#
+# which makes
+#   - always: tests-bin/fuzz_<name>_replay (the harness with replay_main.cpp),
+#     run as the test fuzz_<name>_corpus over fuzz/corpus/<name>, so that CI
+#     replays every corpus without clang;
+#   - with -DHW_FUZZ=ON (clang): fuzz-bin/fuzz_<name>, the libFuzzer binary.
+#     Such a build directory compiles every library with ASan, UBSan and
+#     libFuzzer's coverage (see the top CMakeLists.txt), so the harness links
+#     the same library targets either way, Qt-based ones included.
+#
+# scripts/fuzz.sh [SECONDS] builds them all into build-fuzz and runs each for
+# that long; by hand:  build-fuzz/fuzz-bin/fuzz_pck -max_total_time=120 fuzz/corpus/pck
+# (libFuzzer adds what it finds to the first corpus directory it is given:
+# pass a scratch directory first to keep the checked-in corpus small).
 
-foreach(harness ${HW_FUZZ_HARNESSES})
-  add_executable(fuzz_${harness}_replay
-    ${CMAKE_CURRENT_SOURCE_DIR}/fuzz_${harness}.cpp ${CMAKE_CURRENT_SOURCE_DIR}/replay_main.cpp)
-  target_link_libraries(fuzz_${harness}_replay PRIVATE hw_catfs_driver)
-  set_target_properties(fuzz_${harness}_replay PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests-bin)
-  add_test(NAME fuzz_${harness}_corpus
-    COMMAND fuzz_${harness}_replay ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${harness})
-  set_tests_properties(fuzz_${harness}_corpus PROPERTIES TIMEOUT 300)
-endforeach()
-
+# fuzz_all builds every libFuzzer binary; it is made once all harnesses of
+# this directory are known.
+function(hw_fuzz_all_target)
+  get_property(targets GLOBAL PROPERTY HW_FUZZ_TARGETS)
+  add_custom_target(fuzz_all DEPENDS ${targets})
+endfunction()
 if(HW_FUZZ)
-  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
-    message(FATAL_ERROR "HW_FUZZ needs clang: configure with -DCMAKE_CXX_COMPILER=clang++")
-  endif()
-  # The driver again, instrumented, so the fuzzer sees its branches.
-  file(GLOB HW_FUZZ_DRIVER_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/catfs/driver/*.cpp)
-  add_library(hw_catfs_driver_fuzz STATIC ${HW_FUZZ_DRIVER_SOURCES})
-  target_include_directories(hw_catfs_driver_fuzz PUBLIC ${PROJECT_SOURCE_DIR}/src)
-  target_compile_options(hw_catfs_driver_fuzz PRIVATE -fsanitize=fuzzer-no-link,address -fno-omit-frame-pointer)
-  target_link_libraries(hw_catfs_driver_fuzz PUBLIC ZLIB::ZLIB)
-  foreach(harness ${HW_FUZZ_HARNESSES})
-    add_executable(fuzz_${harness} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz_${harness}.cpp)
-    target_compile_options(fuzz_${harness} PRIVATE -fsanitize=fuzzer,address -fno-omit-frame-pointer)
-    target_link_options(fuzz_${harness} PRIVATE -fsanitize=fuzzer,address)
-    target_link_libraries(fuzz_${harness} PRIVATE hw_catfs_driver_fuzz)
-    set_target_properties(fuzz_${harness} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz-bin)
-  endforeach()
+  cmake_language(DEFER CALL hw_fuzz_all_target)
 endif()
+
+function(hw_fuzz_harness name)
+  set(source ${CMAKE_CURRENT_SOURCE_DIR}/fuzz_${name}.cpp)
+  add_executable(fuzz_${name}_replay ${source} ${CMAKE_CURRENT_SOURCE_DIR}/replay_main.cpp)
+  target_link_libraries(fuzz_${name}_replay PRIVATE ${ARGN})
+  set_target_properties(fuzz_${name}_replay PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests-bin)
+  add_test(NAME fuzz_${name}_corpus
+    COMMAND fuzz_${name}_replay ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name})
+  set_tests_properties(fuzz_${name}_corpus PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  if(HW_FUZZ)
+    add_executable(fuzz_${name} ${source})
+    target_link_libraries(fuzz_${name} PRIVATE ${ARGN})
+    target_link_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
+    set_target_properties(fuzz_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz-bin)
+    set_property(GLOBAL APPEND PROPERTY HW_FUZZ_TARGETS fuzz_${name})
+  endif()
+endfunction()
+
+hw_fuzz_harness(catalog hw_catfs_driver)
+hw_fuzz_harness(pck hw_catfs_driver)
+hw_fuzz_harness(package hw_package)
+hw_fuzz_harness(types hw_gamedata)
+hw_fuzz_harness(language hw_language)
+

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs everything Hullwright needs to build, run and test on Debian 12.
-# Safe to run again: apt-get skips what is already there.
+# Safe to run again: apt-get skips what is already there. Packages named as
+# arguments are installed too, the same way (scripts/fuzz.sh asks for clang).
 set -euo pipefail
 
 packages=(
@@ -11,6 +12,7 @@ packages=(
   lzma-alone xz-utils gzip
   fonts-dejavu-core
 )
+packages+=("$@")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -60,6 +60,11 @@ enum : uint32_t {
     CatErrGzipHeaderCrc = 25,
     CatErrGzipMethod = 26,
     CatErrGzipInflate = 27,
+    // A change of the catalog failed half-way: its .dat is part moved. Every
+    // read that would go to the .dat fails with this code until the change
+    // is completed from its journal, which each such read tries first (and
+    // every open of the catalog does).
+    CatErrArchiveUnfinished = 28,
 };
 
 struct CatFile;          // one handle for each successful CatOpen

@@ -103,7 +103,8 @@ QString RenumberGuns(const QString& line)
 {
     const ShipLineLayout layout = LayoutOf(line);
     QStringList fields = line.split(Separator);
-    int counter = 1;
+    // 64 bits: the counts of a foreign line may add up past the int range.
+    qint64 counter = 1;
     for (const GunGroupPlace& group : layout.groups) {
         fields[group.header + 1] = QString::number(counter);
         for (int entry = 0; entry < group.entries; ++entry) {

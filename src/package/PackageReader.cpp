@@ -370,6 +370,10 @@ std::optional<QString> SafeRelativeName(const QString& name)
     clean.replace('\\', '/');
     if (clean.isEmpty() || clean.startsWith('/'))
         return std::nullopt;
+    // A control character names no file that can be made: a zero cuts the
+    // name short on disk, so another file than the named one would be written.
+    if (std::any_of(clean.cbegin(), clean.cend(), [](QChar c) { return c.unicode() < 0x20; }))
+        return std::nullopt;
     if (clean.size() >= 2 && clean[1] == ':' && clean[0].isLetter())
         return std::nullopt;
     const QStringList parts = clean.split('/');

@@ -9,7 +9,8 @@
 // hold anything, line feeds included.
 //
 // A package never writes outside the directory it is unpacked into: a file
-// name that is absolute or climbs out with ".." refuses the whole package.
+// name that is absolute, climbs out with ".." or holds a control character
+// refuses the whole package.
 #pragma once
 
 #include "package/Lzma.h"
@@ -98,7 +99,8 @@ PackageReadResult ReadPackage(QFile& file, const QString& baseDir, ShipPackage& 
                               const QString& scriptDir, bool intoWorkDir);
 
 // `name` with backslashes turned into slashes, or nothing when it is empty,
-// absolute (a leading slash or a drive letter) or climbs with "..".
+// absolute (a leading slash or a drive letter), climbs with ".." or holds a
+// control character.
 std::optional<QString> SafeRelativeName(const QString& name);
 
 // Writes the next `entry.Size` bytes of `source` to `directory` + "/" +

@@ -18,3 +18,7 @@ hw_add_test(tst_catalog_crash SOURCES ${DRIVER_TEST_DIR}/tst_catalog_crash.cpp $
             LIBS hw_catfs_driver)
 target_compile_definitions(tst_catalog_crash PRIVATE DRIVER_COMMIT_HELPER="$<TARGET_FILE:driver_commit_helper>")
 add_dependencies(tst_catalog_crash driver_commit_helper)
+hw_add_test(tst_catalog_names SOURCES ${DRIVER_TEST_DIR}/tst_catalog_names.cpp ${DRIVER_TEST_DIR}/driver_testutil.h
+            LIBS hw_catfs_driver)
+hw_add_test(tst_catalog_unfinished SOURCES ${DRIVER_TEST_DIR}/tst_catalog_unfinished.cpp ${DRIVER_TEST_DIR}/driver_testutil.h
+            LIBS hw_catfs_driver)

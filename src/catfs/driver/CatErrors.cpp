@@ -31,6 +31,7 @@ const char* const kMessages[] = {
     "GZIP - header CRC does not match",
     "GZIP - unsupported compression.",
     "GZIP - deflate/inflate failed.",
+    "CAT archive has an unfinished change.",
 };
 
 } // namespace

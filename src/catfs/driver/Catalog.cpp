@@ -71,7 +71,14 @@ namespace catfs {
 //      is removed.
 //
 // Opening a catalog that has a journal repeats steps 3 and 4 from the
-// recorded progress before anything else. A crash before step 2 leaves the old
+// recorded progress before anything else. A change that fails half-way in a
+// running process (a read or write error during step 3 or 4) leaves the
+// catalog unfinished: the list already describes the outcome, the .dat does
+// not yet. Until the journal is replayed, every read that would go to the
+// .dat, every open, listing, commit and removal fails with "CAT archive has an
+// unfinished change" (28); each of them tries the replay first, so the catalog
+// serves again as soon as the cause has gone. Images already in memory were
+// read whole before the failure and stay readable. A crash before step 2 leaves the old
 // state (new bytes past the end are ignored and cut later), a crash after it
 // the new one. A process crash is covered at every instruction; the journal
 // and the catalog are forced to disk, but the moved bytes are not forced piece
@@ -591,10 +598,20 @@ uint32_t CatArchive::recoverPendingMove()
     return CatErrNone;
 }
 
+uint32_t CatArchive::recover()
+{
+    if (!m_broken)
+        return CatErrNone;
+    if (recoverPendingMove() != CatErrNone)
+        return CatErrArchiveUnfinished;
+    m_broken = false;
+    return CatErrNone;
+}
+
 uint32_t CatArchive::commitEntry(std::string_view entryName, uint8_t* bytes, uint32_t size)
 {
-    if (m_broken)
-        return CatErrInternal;
+    if (const uint32_t code = recover(); code != CatErrNone)
+        return code;
     const int64_t position = find(entryName);
     if (position < 0)
         return CatErrNoEntry;
@@ -668,8 +685,8 @@ uint32_t CatArchive::rearrange(const Rearrangement& move, CatEntryList entries)
 
 uint32_t CatArchive::removeEntry(std::string_view entryName)
 {
-    if (m_broken)
-        return CatErrInternal;
+    if (const uint32_t code = recover(); code != CatErrNone)
+        return code;
     const int64_t position = find(entryName);
     if (position < 0)
         return CatErrNoEntry;

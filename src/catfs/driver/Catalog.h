@@ -38,6 +38,13 @@ public:
         return std::string_view(m_names.data() + entry.nameOffset, entry.nameLength);
     }
     bool dirty() const { return m_dirty; }
+
+    // After a change that failed half-way (its journal stays) the .dat no
+    // longer holds what the list describes: nothing may be read from it or
+    // written to it until this completes the change from the journal.
+    // CatErrNone when the catalog is whole (again), else
+    // CatErrArchiveUnfinished. Commits and removals call it first.
+    uint32_t recover();
     // End of the name store: the bytes behind a name up to here may be read.
     const char* nameStoreEnd() const { return m_names.data() + m_names.size(); }
 
@@ -113,7 +120,7 @@ private:
     UniqueFd m_catalogFd;
     UniqueFd m_dataFd;
     bool m_dirty = false;
-    bool m_broken = false; // a rearrangement failed halfway: only a reopen repairs
+    bool m_broken = false; // a rearrangement failed halfway: see recover()
 };
 
 } // namespace catfs

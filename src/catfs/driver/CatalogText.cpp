@@ -37,7 +37,43 @@ bool ParseSize(const char* begin, const char* end, uint32_t& value)
     return true;
 }
 
+size_t CanonicaliseEntryName(char* name, size_t length)
+{
+    // Components are copied down to `out`; the output never overtakes the
+    // input, since every component written was followed by a separator read.
+    size_t out = 0;
+    size_t at = 0;
+    while (at < length) {
+        while (at < length && (name[at] == '\\' || name[at] == '/'))
+            ++at;
+        const size_t start = at;
+        while (at < length && name[at] != '\\' && name[at] != '/')
+            ++at;
+        const size_t size = at - start;
+        if (size == 0 || (size == 1 && name[start] == '.'))
+            continue;
+        if (size == 2 && name[start] == '.' && name[start + 1] == '.') {
+            while (out > 0 && name[out - 1] != '\\')
+                --out;
+            if (out > 0)
+                --out; // the separator before the dropped component
+            continue;
+        }
+        if (out > 0)
+            name[out++] = '\\';
+        std::memmove(name + out, name + start, size);
+        out += size;
+    }
+    return out;
+}
+
 namespace {
+
+void CanonicaliseNames(char* text, CatEntryList& entries)
+{
+    for (CatEntry& entry : entries)
+        entry.nameLength = uint32_t(CanonicaliseEntryName(text + entry.nameOffset, entry.nameLength));
+}
 
 // The text is decoded in pieces of this size: a multiple of the key's period
 // (256) and of the mask blocks (64), small enough to stay in the first-level
@@ -45,16 +81,47 @@ namespace {
 constexpr size_t kPiece = 4096;
 constexpr size_t kBlocksPerPiece = kPiece / 64;
 
-// Per 64-byte block, one bit per byte: where the line ends and the blanks are.
+// Per 64-byte block, one bit per byte: where the line ends, the blanks, the
+// separators and the dots are.
 struct BlockMasks
 {
     uint64_t lineEnds[kBlocksPerPiece];
     uint64_t blanks[kBlocksPerPiece + 1]; // [0]: the block before the piece
+    uint64_t separators[kBlocksPerPiece];
+    uint64_t dots[kBlocksPerPiece];
 };
+
+// Whether an entry name of the piece may not be in canonical form: one that
+// starts with '\' or '.', ends with '\', or holds "\\" or "\." (a name
+// starts behind a line end and ends before a blank). Some names that are
+// canonical pass too (".hidden"); they are only looked at once more.
+// `carry` takes the state of the last byte over to the next piece.
+struct OddNameCarry
+{
+    uint64_t opens = 0;     // the last byte was a line end or a separator
+    uint64_t separator = 0; // the last byte was a separator
+};
+
+inline bool MayHoldOddNames(const BlockMasks& masks, size_t blocks, OddNameCarry& carry)
+{
+    uint64_t odd = 0;
+    for (size_t b = 0; b < blocks; ++b) {
+        const uint64_t separators = masks.separators[b];
+        const uint64_t opens = separators | masks.lineEnds[b];
+        const uint64_t closes = separators | masks.dots[b];
+        const uint64_t blanks = masks.blanks[b + 1];
+        odd |= (opens & (closes >> 1)) | (separators & (blanks >> 1));
+        odd |= (carry.opens & closes & 1) | (carry.separator & blanks & 1);
+        carry.opens = opens >> 63;
+        carry.separator = separators >> 63;
+    }
+    return odd != 0;
+}
 
 // Unscrambles `blocks` blocks of 64 bytes at `text` (file position
 // `position`, a multiple of 64) with the key stream `period`, rewrites
-// separators and line ends, and records the masks of LF and blank.
+// separators and line ends, and records the masks of LF, blank, backslash
+// and dot.
 void DecodePiecePortable(char* text, size_t position, size_t blocks, const uint8_t* period, BlockMasks& masks)
 {
     for (size_t b = 0; b < blocks; ++b) {
@@ -67,8 +134,12 @@ void DecodePiecePortable(char* text, size_t position, size_t blocks, const uint8
         const __m128i zero = _mm_setzero_si128();
         const __m128i lf = _mm_set1_epi8('\n');
         const __m128i blank = _mm_set1_epi8(' ');
+        const __m128i backslash = _mm_set1_epi8('\\');
+        const __m128i dot = _mm_set1_epi8('.');
         uint64_t ends = 0;
         uint64_t spaces = 0;
+        uint64_t separators = 0;
+        uint64_t dots = 0;
         for (int i = 0; i < 4; ++i) {
             __m128i* chunk = reinterpret_cast<__m128i*>(block + 16 * i);
             const __m128i key =
@@ -80,10 +151,14 @@ void DecodePiecePortable(char* text, size_t position, size_t blocks, const uint8
             _mm_storeu_si128(chunk, v);
             ends |= uint64_t(uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(v, lf)))) << (16 * i);
             spaces |= uint64_t(uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(v, blank)))) << (16 * i);
+            separators |= uint64_t(uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(v, backslash)))) << (16 * i);
+            dots |= uint64_t(uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(v, dot)))) << (16 * i);
         }
 #else
         uint64_t ends = 0;
         uint64_t spaces = 0;
+        uint64_t separators = 0;
+        uint64_t dots = 0;
         for (size_t i = 0; i < 64; ++i) {
             uint8_t c = uint8_t(block[i]) ^ period[(at + i) & 255];
             if (c == '/')
@@ -93,10 +168,14 @@ void DecodePiecePortable(char* text, size_t position, size_t blocks, const uint8
             block[i] = char(c);
             ends |= uint64_t(c == '\n') << i;
             spaces |= uint64_t(c == ' ') << i;
+            separators |= uint64_t(c == '\\') << i;
+            dots |= uint64_t(c == '.') << i;
         }
 #endif
         masks.lineEnds[b] = ends;
         masks.blanks[b + 1] = spaces;
+        masks.separators[b] = separators;
+        masks.dots[b] = dots;
     }
 }
 
@@ -118,6 +197,7 @@ __attribute__((target(HW_WIDE_TARGET))) void DecodePieceWide(char* text, size_t 
     const __m512i cr = _mm512_set1_epi8('\r');
     const __m512i lf = _mm512_set1_epi8('\n');
     const __m512i blank = _mm512_set1_epi8(' ');
+    const __m512i dot = _mm512_set1_epi8('.');
     for (size_t b = 0; b < blocks; ++b) {
         char* block = text + 64 * b;
         const __m512i key = _mm512_loadu_si512(period + ((position + 64 * b) & 255));
@@ -127,6 +207,8 @@ __attribute__((target(HW_WIDE_TARGET))) void DecodePieceWide(char* text, size_t 
         _mm512_storeu_si512(block, v);
         masks.lineEnds[b] = _mm512_cmpeq_epi8_mask(v, lf);
         masks.blanks[b + 1] = _mm512_cmpeq_epi8_mask(v, blank);
+        masks.separators[b] = _mm512_cmpeq_epi8_mask(v, backslash);
+        masks.dots[b] = _mm512_cmpeq_epi8_mask(v, dot);
     }
 }
 
@@ -516,21 +598,32 @@ __attribute__((always_inline)) inline uint32_t DecodeWith(char* text, size_t len
     auto splitter = std::make_unique<LineSplitter>(text, dataName, entries);
     BlockMasks masks;
     masks.blanks[0] = 0; // the block before the first
+    OddNameCarry carry;
+    bool oddNames = false;
     for (size_t piece = 0; piece < length; piece += kPiece) {
         const size_t blocks = std::min(kPiece, length - piece + 63) / 64;
         DecodePiece(text + piece, piece, blocks, period, masks);
         // Bytes behind the text belong to no line.
         const size_t tail = length - piece - 64 * (blocks - 1);
         if (tail < 64) {
-            masks.lineEnds[blocks - 1] &= (uint64_t(1) << tail) - 1;
-            masks.blanks[blocks] &= (uint64_t(1) << tail) - 1;
+            const uint64_t inside = (uint64_t(1) << tail) - 1;
+            masks.lineEnds[blocks - 1] &= inside;
+            masks.blanks[blocks] &= inside;
+            masks.separators[blocks - 1] &= inside;
+            masks.dots[blocks - 1] &= inside;
         }
+        oddNames |= MayHoldOddNames(masks, blocks, carry);
         const uint32_t code = splitter->template piece<Analyse, Gather>(piece, blocks, masks);
         if (code != CatErrNone)
             return code;
         masks.blanks[0] = masks.blanks[blocks];
     }
-    return splitter->last(length);
+    const uint32_t code = splitter->last(length);
+    // A name is listed in the form by which it is opened: "a\" would be
+    // listed with its own size but open the entry "a".
+    if (code == CatErrNone && oddNames)
+        CanonicaliseNames(text, entries);
+    return code;
 }
 
 uint32_t DecodePortable(char* text, size_t length, std::string& dataName, CatEntryList& entries)

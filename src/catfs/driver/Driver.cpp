@@ -154,6 +154,11 @@ CatArchive* AcquireArchive(const std::string& path, bool create, uint32_t& code)
     code = CatErrNone;
     for (const auto& held : g_archives) {
         if (held->inTable && EqualNoCase(held->path(), path)) {
+            // A catalog whose change failed half-way is finished before it
+            // serves anyone; while it can't be, it serves nobody.
+            code = held->recover();
+            if (code != CatErrNone)
+                return nullptr;
             ++held->references;
             return held.get();
         }
@@ -296,6 +301,8 @@ uint32_t LoadEntryImage(CatFileObject* object, const CatEntry& entry, int32_t ki
 // Reads from a streamed entry at the handle's position.
 uint32_t ReadStreamed(CatFileObject* object, uint32_t position, uint8_t* out, uint32_t count)
 {
+    if (const uint32_t code = object->archive->recover(); code != CatErrNone)
+        return code;
     const int64_t index = object->archive->find(object->entryName);
     if (index < 0)
         return CatErrNoEntry;
@@ -979,6 +986,10 @@ CatFind* CatFindFirst(CatArchiveHandle* handle, const char* pattern, CatFindData
     }
     return Guarded(
         [&]() -> CatFind* {
+            if (const uint32_t code = handle->archive->recover(); code != CatErrNone) {
+                Fail(code);
+                return nullptr;
+            }
             auto find = std::make_unique<CatFind>();
             find->archive = handle->archive;
             // Literal runs between '*' and '?', compared without regard to case.

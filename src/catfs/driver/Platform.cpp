@@ -1,6 +1,7 @@
 #include "catfs/driver/Platform.h"
 
 #include "catfs/CatDriver.h"
+#include "catfs/driver/CatalogText.h"
 
 #include <cerrno>
 #include <cstring>
@@ -74,12 +75,11 @@ std::string FindNoCase(const std::string& directory, std::string_view name)
     return best;
 }
 
-} // namespace
-
-bool NormalisePath(const char* path, std::string& canonical)
+// A disk path, or the catalog part of an entry path.
+bool NormaliseFilePath(std::string_view path, std::string& canonical)
 {
     canonical.clear();
-    if (!path || !*path)
+    if (path.empty())
         return false;
     std::vector<std::string_view> parts;
     std::string base;
@@ -109,6 +109,29 @@ bool NormalisePath(const char* path, std::string& canonical)
     for (std::string_view part : parts) {
         canonical += '\\';
         canonical += part;
+    }
+    return true;
+}
+
+} // namespace
+
+bool NormalisePath(const char* path, std::string& canonical)
+{
+    canonical.clear();
+    if (!path)
+        return false;
+    // The entry part behind "::" is normalised on its own, the way catalog
+    // names are, so that "." and ".." never reach across the "::" into the
+    // file system and every spelling of an entry is the name it is listed by.
+    const std::string_view whole(path);
+    const size_t separator = whole.find("::");
+    if (!NormaliseFilePath(whole.substr(0, separator), canonical))
+        return false;
+    if (separator != std::string_view::npos) {
+        std::string entry(whole.substr(separator + 2));
+        entry.resize(CanonicaliseEntryName(entry.data(), entry.size()));
+        canonical += "::";
+        canonical += entry;
     }
     return true;
 }

@@ -83,9 +83,9 @@ QList<GameFileListEntry> GameFileList(const QString& catalogPath);
 void PckFileToPlain(const QString& source, const QString& target);
 
 // False when the entry part of a catalog path holds a ".." component. The
-// driver resolves ".." across the "::", so "x.cat::a\..\..\f" names the disk
-// file f beside the catalog, not an entry. Every function of this layer
-// refuses such a path (false, nothing read or written), since entry names may
+// driver keeps ".." inside the catalog ("x.cat::a\..\..\f" is the entry f),
+// but such a path names another entry than it seems to. Every function of this
+// layer refuses it (false, nothing read or written), since entry names may
 // come from files of other people's mods.
 bool GameFileEntryIsContained(const QString& path);
 
