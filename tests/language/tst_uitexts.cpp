@@ -320,7 +320,7 @@ private slots:
     void unreadableFilesLeaveThePlaceholders()
     {
         for (const QString& path : {m_dir.filePath(QStringLiteral("absent.xml")), writeFile(QByteArray()),
-                                    writeFile(QByteArray("\x00\x01\xff\xfe garbage", 14))}) {
+                                    writeFile(QByteArray("\x00\x01\xff\xfe garbage", 12))}) {
             Tables tables;
             QVERIFY(!tables.read(path, QStringLiteral("English")));
             QCOMPARE(tables.main, PlaceholderUiTexts(UiTextCount));
