@@ -35,3 +35,6 @@ if(HW_FUZZ)
     set_target_properties(fuzz_${harness} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz-bin)
   endforeach()
 endif()
+
+# The registry of installed ships has its own, Qt-linked harness.
+include(${CMAKE_CURRENT_LIST_DIR}/ships_dat.cmake)

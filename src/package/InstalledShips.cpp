@@ -144,6 +144,10 @@ private:
             problem(m_line, QStringLiteral("holds a zero byte"));
             return;
         }
+        if (bytes.endsWith('\r')) { // the writer's line end would lose it
+            problem(m_line, QStringLiteral("ends in a carriage return"));
+            return;
+        }
         const QString line = QString::fromLocal8Bit(bytes);
         if (line.toLocal8Bit() != bytes) {
             problem(m_line, QStringLiteral("is not text in the system's encoding"));
