@@ -187,8 +187,8 @@ public:
             if (!m_change.putEntry(source, *name, !IsPackedForm(*name), &bytes))
                 return false;
         } else {
-            const std::optional<QString> target = LooseTarget(*name);
-            if (!target || !m_change.putFile(source, *target, &bytes))
+            // A name below objects/ is never the registry nor a pending change.
+            if (!m_change.putFile(source, QStringLiteral("ShipInstall/") + *name, &bytes))
                 return false;
         }
         candidate.Size = uint32_t(std::min<qint64>(bytes, std::numeric_limits<uint32_t>::max()));

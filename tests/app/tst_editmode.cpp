@@ -69,7 +69,7 @@ void TestEditMode::targetsThatOpenNothingGiveANormalStart()
             QVERIFY(WriteFile(game() + "/ShipInstall/ships.dat", registry + QByteArray("\xff\0junk\n", 7)));
         DCreateShip& window = m_fixture->make();
         QVERIFY(window.ParseCommandLine({target(key)}));
-        QVERIFY(window.EditTarget.isEmpty());
+        QVERIFY(window.editTarget().isEmpty());
         QVERIFY(window.windowTitle().endsWith("[" + window.uiText()[30] + "]"));
         QVERIFY(window.ButSaveAs->isVisibleTo(&window) && window.LineID->isEnabled());
         // Only the registry that could not be read is worth a word.
