@@ -3,6 +3,7 @@
 // the work directories.
 #include "app/DCreateShip.h"
 
+#include "app/EditMode.h"
 #include "app/ExtractionFlow.h"
 #include "app/FileListController.h"
 #include "app/FormBinding.h"
@@ -102,6 +103,10 @@ void DCreateShip::CreateParts()
                                           Context());
     m_extraction = std::make_unique<ExtractionFlow>(
         Context(), [this](const QString& status) { StartBusyJob(status); }, [this] { FinishBusyJob(); });
+    m_editMode = std::make_unique<EditMode>(*this, *m_document,
+                                            DocumentParts{*m_form, *m_models, *m_others, *m_scripts, *m_texts,
+                                                          *m_dummies, *m_components, *m_cockpits},
+                                            Context());
 }
 
 void DCreateShip::AddListColumns()
@@ -259,6 +264,7 @@ void DCreateShip::ParseGameText(const QString& path)
 
 void DCreateShip::StartEditMode()
 {
-    // Opening a ship installed in the game is not built yet: the window
-    // starts as it would without -e.
+    // A target that opens no ship leaves a normal window.
+    if (!m_editMode->Start(m_editTarget))
+        m_editTarget.clear();
 }

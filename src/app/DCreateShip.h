@@ -13,6 +13,7 @@
 //   Dummy/Component/CockpitListController   the rows for the game's tables
 //   PackageDocument          build, show, modified check, open, save; SavedPackage
 //   ExtractionFlow           taking a package apart
+//   EditMode                 a ship installed in the game, opened with -e and saved back
 //   GameTextStore            the game's texts, classes and variations
 //   AppSettings              config.dat as one value (src/core)
 //
@@ -43,6 +44,7 @@
 class CockpitListController;
 class ComponentListController;
 class DummyListController;
+class EditMode;
 class ExtractionFlow;
 class FileListController;
 class FormBinding;
@@ -223,4 +225,5 @@ private:
     std::unique_ptr<CockpitListController> m_cockpits;
     std::unique_ptr<PackageDocument> m_document;
     std::unique_ptr<ExtractionFlow> m_extraction;
+    std::unique_ptr<EditMode> m_editMode;
 };

@@ -3,6 +3,7 @@
 // itself is the package document's.
 #include "app/DCreateShip.h"
 
+#include "app/EditMode.h"
 #include "app/PackageDocument.h"
 #include "app/WindowTexts.h"
 #include "core/Services.h"
@@ -119,10 +120,11 @@ bool DCreateShip::Save(const QString& path)
 {
     if (!m_editTarget.isEmpty()) {
         // Edit mode installs the ship into its game directory instead of
-        // writing a package; that is not built yet.
+        // writing a package.
         m_progressBar->hide();
+        const bool saved = m_editMode->Save();
         FinishBusyJob();
-        return false;
+        return saved;
     }
     m_progressBar->show();
     SaveFeedback feedback;

@@ -90,6 +90,7 @@ enum : int
 
     // The caption and the common buttons of boxes.
     NewShipCaption = 30,
+    EditModeCaption = 200, // before the installed ship's name and author
     Ok = 60,
     Yes = 81,
     No = 82,

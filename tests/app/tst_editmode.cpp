@@ -1,0 +1,92 @@
+// Edit mode on a copy of the built sample game: open its installed ship with
+// -e, change it, save, and open it again; and the starts that end as normal
+// ones.
+#include "WindowFixture.h"
+#include "deploy/InstalledShipOpen.h"
+#include "package/InstalledShips.h"
+
+#include <QtTest>
+
+class TestEditMode : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void editSaveAndReopen();
+    void targetsThatOpenNothingGiveANormalStart();
+
+private:
+    QString game() const { return m_fixture->home.filePath("game"); }
+    QString target(const QString& key) const { return "-e " + game() + "/" + key; }
+
+    std::unique_ptr<WindowFixture> m_fixture;
+};
+
+void TestEditMode::init()
+{
+    const QString sample = qEnvironmentVariable("HW_SAMPLE_GAME_DIR");
+    if (!QFile::exists(sample + "/ShipInstall/ships.dat"))
+        QSKIP("the sample game with its installed ship is not built");
+    m_fixture = std::make_unique<WindowFixture>();
+    QVERIFY(CopyTree(sample, game()));
+}
+
+void TestEditMode::editSaveAndReopen()
+{
+    DCreateShip& window = m_fixture->make();
+    QVERIFY(window.ParseCommandLine({target("Hullwright~Kestrel")}));
+    QCOMPARE(window.LineName->text(), QString("Kestrel"));
+    QVERIFY(window.windowTitle().contains(window.uiText()[200] + " (Kestrel - Hullwright)"));
+    // The scene came out of the mod catalog to where the form's field points.
+    const QString scene = window.LineSceneFile->text();
+    QVERIFY(scene.startsWith("<PACKAGE>/"));
+    QVERIFY(QFileInfo(m_fixture->home.filePath("ShipInstall/" + scene.mid(10))).size() > 0);
+    QVERIFY(m_fixture->prompts->shown.isEmpty());
+
+    window.LineVersion->setText("2.5");
+    window.TextComment->setPlainText("changed\nin edit mode");
+    window.CheckXenon->setChecked(true);
+    window.Slot_Save();
+    QTRY_COMPARE(ReadInstalledShips(game()).Registry.Ships.value(0).Record.Version, QString("2.5"));
+    QVERIFY(m_fixture->prompts->shown.isEmpty());
+
+    DCreateShip& again = m_fixture->make();
+    QVERIFY(again.ParseCommandLine({target("Hullwright~Kestrel")}));
+    QCOMPARE(again.LineVersion->text(), QString("2.5"));
+    QCOMPARE(again.TextComment->toPlainText(), QString("changed in edit mode"));
+    QVERIFY(again.CheckXenon->isChecked() && again.CheckArgon->isChecked());
+    QTemporaryDir work;
+    const InstalledShipOpened opened = OpenInstalledShip(game(), {"Hullwright", "Kestrel"}, work.path());
+    QVERIFY(opened.Missing.isEmpty() && opened.Record.SceneFile && opened.Record.CockpitFile);
+}
+
+void TestEditMode::targetsThatOpenNothingGiveANormalStart()
+{
+    const QByteArray registry = ReadFile(game() + "/ShipInstall/ships.dat");
+    const QString damaged[] = {"Nobody~Nothing", "Hullwright~Kestrel"};
+    for (const QString& key : damaged) {
+        if (key.startsWith("Hullwright"))
+            QVERIFY(WriteFile(game() + "/ShipInstall/ships.dat", registry + QByteArray("\xff\0junk\n", 7)));
+        DCreateShip& window = m_fixture->make();
+        QVERIFY(window.ParseCommandLine({target(key)}));
+        QVERIFY(window.editTarget().isEmpty());
+        QVERIFY(window.windowTitle().endsWith("[" + window.uiText()[30] + "]"));
+        QVERIFY(window.ButSaveAs->isVisibleTo(&window) && window.LineID->isEnabled());
+        // Only the registry that could not be read is worth a word.
+        QCOMPARE(m_fixture->prompts->messages("warning").size(), key.startsWith("Hullwright") ? 1 : 0);
+
+        // Save is a package save again: it asks for a file.
+        window.LineName->setText("N");
+        window.LineAuthor->setText("A");
+        window.LineID->setText("I");
+        window.LineShipScene->setText("s");
+        window.LineCockpitScene->setText("c");
+        window.Slot_Save();
+        QCOMPARE(m_fixture->prompts->shown.last().kind, QString("saveFile"));
+        m_fixture->prompts->shown.clear();
+    }
+    QCOMPARE(ReadFile(game() + "/ShipInstall/ships.dat"), registry + QByteArray("\xff\0junk\n", 7));
+}
+
+QTEST_MAIN(TestEditMode)
+#include "tst_editmode.moc"
