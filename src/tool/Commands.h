@@ -41,6 +41,9 @@ std::span<const SubCommand> CatalogCommands();
 // The commands on ship packages.
 std::span<const SubCommand> PackageCommands();
 
+// The command that values a ship against a balance profile.
+std::span<const SubCommand> BalanceCommands();
+
 // Every command of the tool, in the order of the usage text.
 std::span<const SubCommand> AllCommands();
 
