@@ -36,72 +36,97 @@ QString Percent(double fraction)
 
 } // namespace
 
-int64_t ShipBalanceValue(const QString& line, int index)
+namespace {
+
+// The fields of a line, cut once; a field behind the end is empty.
+class LineFields
+{
+public:
+    explicit LineFields(const QString& line) : m_fields(line.split(u';')) {}
+    QString Text(int field) const { return m_fields.value(field); }
+    int Int(int field) const { return ReadInt(m_fields.value(field)); }
+    float Float(int field) const { return static_cast<float>(ReadFloat(m_fields.value(field))); }
+    const QStringList& All() const { return m_fields; }
+
+private:
+    QStringList m_fields;
+};
+
+int64_t BalanceValue(const LineFields& line, int index)
 {
     switch (index) {
     case BalanceIndex::Speed:
-        return ShipFieldInt(line, ShipLineField::Speed);
+        return line.Int(ShipLineField::Speed);
     case BalanceIndex::Accel:
-        return ShipFieldInt(line, ShipLineField::Acceleration);
+        return line.Int(ShipLineField::Acceleration);
     case BalanceIndex::Reactor:
-        return ShipFieldInt(line, ShipLineField::ReactorOutput);
+        return line.Int(ShipLineField::ReactorOutput);
     case BalanceIndex::Weapons:
-        return ShipFieldInt(line, ShipLineField::WeaponEnergy);
-    case BalanceIndex::Recharge: {
+        return line.Int(ShipLineField::WeaponEnergy);
+    case BalanceIndex::Recharge:
         // The recharge total: the rate (a share of the energy per second) times the energy.
-        const float rate = static_cast<float>(ReadFloat(ShipField(line, ShipLineField::RechargeRate)));
-        const float energy = static_cast<float>(ShipFieldInt(line, ShipLineField::WeaponEnergy));
-        return TruncToInt64(rate * energy);
-    }
+        return TruncToInt64(line.Float(ShipLineField::RechargeRate) *
+                            static_cast<float>(line.Int(ShipLineField::WeaponEnergy)));
     case BalanceIndex::Cargo:
-        return ShipFieldInt(line, ShipLineField::CargoMax);
+        return line.Int(ShipLineField::CargoMax);
     case BalanceIndex::Hull:
-        return ShipFieldInt(line, ShipLineField::Hull);
-    case BalanceIndex::Turning: {
-        const float pitch = static_cast<float>(ReadFloat(ShipField(line, ShipLineField::Pitch)));
-        return TruncToInt64(pitch * static_cast<float>(kTurnScale));
-    }
+        return line.Int(ShipLineField::Hull);
+    case BalanceIndex::Turning:
+        return TruncToInt64(line.Float(ShipLineField::Pitch) * static_cast<float>(kTurnScale));
     default:
         return 0;
     }
 }
 
+} // namespace
+
+int64_t ShipBalanceValue(const QString& line, int index)
+{
+    return BalanceValue(LineFields(line), index);
+}
+
+std::array<int64_t, 8> ShipBalanceValues(const QString& line)
+{
+    const LineFields fields(line);
+    std::array<int64_t, 8> values{};
+    for (int index = 0; index < BalanceIndex::Count; ++index)
+        values[index] = BalanceValue(fields, index);
+    return values;
+}
+
 BalanceModel::BalanceModel(const BalanceProfile& profile)
-    : m_profile(profile), m_shields(profile.ShieldMinType, profile.ShieldMaxType, profile.ShieldMaxCount)
+    : m_profile(profile), m_limits{MakeLimits(profile.SpeedMin, profile.SpeedMax, 10),
+                                   MakeLimits(profile.AccelMin, profile.AccelMax, 10),
+                                   MakeLimits(profile.ReactorMin, profile.ReactorMax, 1),
+                                   MakeLimits(profile.WeaponMin, profile.WeaponMax, 10),
+                                   MakeLimits(profile.RechargeMin, profile.RechargeMax, 1),
+                                   MakeLimits(profile.CargoMin, profile.CargoMax, 1),
+                                   MakeLimits(profile.HullMin, profile.HullMax, 10),
+                                   MakeLimits(profile.TurnMin, profile.TurnMax, 1)},
+      m_shields(profile.ShieldMinType, profile.ShieldMaxType, profile.ShieldMaxCount)
 {
     m_shieldPosition = std::min<int32_t>(1, m_shields.Steps());
     UpdateDisplay();
 }
 
-BalanceModel::Limits BalanceModel::LimitsOf(int index) const
+BalanceModel::Limits BalanceModel::MakeLimits(int32_t min, int32_t max, int32_t lineStep)
 {
-    const BalanceProfile& p = m_profile;
-    switch (index) {
-    case BalanceIndex::Speed:
-        return {p.SpeedMin, p.SpeedMax, 10};
-    case BalanceIndex::Accel:
-        return {p.AccelMin, p.AccelMax, 10};
-    case BalanceIndex::Reactor:
-        return {p.ReactorMin, p.ReactorMax, 1};
-    case BalanceIndex::Weapons:
-        return {p.WeaponMin, p.WeaponMax, 10};
-    case BalanceIndex::Recharge:
-        return {p.RechargeMin, p.RechargeMax, 1};
-    case BalanceIndex::Cargo:
-        return {p.CargoMin, p.CargoMax, 1};
-    case BalanceIndex::Hull:
-        return {p.HullMin, p.HullMax, 10};
-    case BalanceIndex::Turning:
-        return {p.TurnMin, p.TurnMax, 1};
-    default:
-        return {0, 0, 1};
-    }
+    Limits limits;
+    limits.min = min;
+    limits.max = max;
+    limits.lineStep = lineStep;
+    limits.top = ClampToInt32(std::max<int64_t>(0, int64_t(max) - min));
+    limits.mid = min + (int64_t(max) - min) / 2;
+    // 1% of the top, in whole line steps, at least 1.
+    int64_t step = TruncToInt64(float(limits.top) * 0.01f);
+    step = step / lineStep * lineStep;
+    limits.step = ClampToInt32(std::max<int64_t>(1, step));
+    return limits;
 }
 
 int32_t BalanceModel::Top(int index) const
 {
-    const Limits limits = LimitsOf(index);
-    return ClampToInt32(std::max<int64_t>(0, int64_t(limits.max) - limits.min));
+    return LimitsOf(index).top;
 }
 
 int32_t BalanceModel::LineStep(int index) const
@@ -137,14 +162,11 @@ double BalanceModel::PropertyFraction(int index, int64_t value) const
 {
     if (index < 0 || index >= BalanceIndex::Count)
         return 1.0;
-    const Limits limits = LimitsOf(index);
-    if (limits.max <= limits.min)
-        return 1.0; // no travel: the property sits at the profile's centre
-    const int64_t mid = limits.min + (int64_t(limits.max) - limits.min) / 2;
-    if (mid == 0)
-        return 1.0;
+    const Limits& limits = LimitsOf(index);
+    if (limits.max <= limits.min || limits.mid == 0)
+        return 1.0; // no travel, or no middle to compare with: the property sits at the centre
     const int64_t at = value < 0 ? m_sliders[index].Value : value;
-    return double(limits.min + at) / double(mid);
+    return double(limits.min + at) / double(limits.mid);
 }
 
 double BalanceModel::ShieldFraction(int64_t value) const
@@ -260,10 +282,7 @@ void BalanceModel::SetAverage()
 
 int32_t BalanceModel::AutoStep(int index) const
 {
-    const int32_t lineStep = LineStep(index);
-    int64_t step = TruncToInt64(float(Top(index)) * 0.01f);
-    step = step / lineStep * lineStep;
-    return ClampToInt32(std::max<int64_t>(1, step));
+    return LimitsOf(index).step;
 }
 
 int64_t BalanceModel::StepBound() const
@@ -422,11 +441,11 @@ BalanceRun BalanceModel::AutoBalance(int changed, BalanceMode mode)
 QString BalanceModel::ApplyToShipLine(const QString& line)
 {
     UpdateDisplay();
-    const auto copied = [&line](int field) { return ShipField(line, field); };
+    const LineFields original(line);
     QStringList fields;
     fields.reserve(ShipLineField::Hull + 1);
     for (int field = 0; field <= ShipLineField::Hull; ++field)
-        fields.append(copied(field));
+        fields.append(original.Text(field));
 
     // Turning: pitch and roll in 1/6000, yaw a quarter above them.
     const int64_t turn = ValueOf(BalanceIndex::Turning);
@@ -458,5 +477,5 @@ QString BalanceModel::ApplyToShipLine(const QString& line)
     fields[ShipLineField::Hull] = Number(ValueOf(BalanceIndex::Hull));
 
     // Everything behind the hull as it stands, with its own separators.
-    return fields.join(u';') + u';' + line.section(u';', ShipLineField::Hull + 1);
+    return fields.join(u';') + u';' + original.All().mid(ShipLineField::Hull + 1).join(u';');
 }

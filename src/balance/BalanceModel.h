@@ -51,6 +51,8 @@ enum : int
 // the profile: the raw field, the recharge total (rate x energy, single
 // precision, truncated) or the turning (pitch x 6000, truncated).
 int64_t ShipBalanceValue(const QString& line, int index);
+// All eight, cutting the line once.
+std::array<int64_t, 8> ShipBalanceValues(const QString& line);
 
 // A slider's working value (its distance from the profile's bottom) and
 // whether AutoBalance has moved it since all eight were last released.
@@ -114,8 +116,8 @@ public:
     int32_t Top(int index) const;
     int32_t LineStep(int index) const;
     // The profile's limits of a slider.
-    int32_t Minimum(int index) const { return LimitsOf(index).min; }
-    int32_t Maximum(int index) const { return LimitsOf(index).max; }
+    int32_t Minimum(int index) const { return m_limits[index].min; }
+    int32_t Maximum(int index) const { return m_limits[index].max; }
     int32_t Position(int index) const { return m_sliders[index].Value; }
     bool Touched(int index) const { return m_sliders[index].Touched; }
     // Moves a slider; a value outside 0..Top stops at that end.
@@ -159,13 +161,18 @@ public:
     int64_t StepBound() const;
 
 private:
+    // A slider's limits and what follows from them, worked out once.
     struct Limits
     {
-        int32_t min;
-        int32_t max;
-        int32_t lineStep;
+        int32_t min = 0;
+        int32_t max = 0;
+        int32_t lineStep = 1;
+        int32_t top = 0;  // Max - Min, 0 when empty or reversed
+        int64_t mid = 0;  // Min + (Max - Min) / 2
+        int32_t step = 1; // AutoBalance's step
     };
-    Limits LimitsOf(int index) const;
+    static Limits MakeLimits(int32_t min, int32_t max, int32_t lineStep);
+    const Limits& LimitsOf(int index) const { return m_limits[index]; }
     int64_t Bottom(int index) const { return LimitsOf(index).min; }
     int64_t ValueOf(int index) const { return Bottom(index) + m_sliders[index].Value; }
 
@@ -182,6 +189,7 @@ private:
     std::optional<ShieldPair> ShieldPairNow() const;
 
     BalanceProfile m_profile;
+    std::array<Limits, BalanceIndex::Count> m_limits;
     ShieldScale m_shields;
     std::array<BalanceSlider, BalanceIndex::Count> m_sliders{};
     int32_t m_shieldPosition = 1;

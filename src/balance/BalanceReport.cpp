@@ -44,10 +44,9 @@ BalanceReport ReportBalance(const BalanceProfile& profile, const QString& shipLi
     BalanceModel loaded(profile);
     loaded.LoadFromShipLine(shipLine);
     report.display = loaded.Display();
-    for (int index = 0; index < BalanceIndex::Count; ++index) {
-        report.lineValues[index] = ShipBalanceValue(shipLine, index);
+    report.lineValues = ShipBalanceValues(shipLine);
+    for (int index = 0; index < BalanceIndex::Count; ++index)
         report.fractions[index] = loaded.PropertyFraction(index);
-    }
     report.shieldFraction = loaded.ShieldFraction();
     report.shieldPosition = loaded.ShieldPosition();
     for (size_t i = 0; i < AllBalanceModes.size(); ++i) {
