@@ -3,6 +3,7 @@
 // the work directories.
 #include "app/DCreateShip.h"
 
+#include "app/BalanceController.h"
 #include "app/ExtractionFlow.h"
 #include "app/FileListController.h"
 #include "app/FormBinding.h"
@@ -102,6 +103,7 @@ void DCreateShip::CreateParts()
                                           Context());
     m_extraction = std::make_unique<ExtractionFlow>(
         Context(), [this](const QString& status) { StartBusyJob(status); }, [this] { FinishBusyJob(); });
+    m_balance = std::make_unique<BalanceController>(Context());
 }
 
 void DCreateShip::AddListColumns()
