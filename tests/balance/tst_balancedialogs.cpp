@@ -1,7 +1,7 @@
 // The balance flows through the prompt seam and the dialog runner: Balance
-// Ship from the ship line to the rewritten line, the profile manager's create
-// and edit, and the editor's import of limits from a table, a packed table and
-// a catalog, with the variant list.
+// Ship's warnings and choice of profile, the sliders with Auto Balance on, the
+// profile manager's create and edit, and the editor's import of limits from a
+// table, a packed table and a catalog, with the variant list.
 #include "BalanceTestLines.h"
 #include "TestSupport.h"
 #include "balance/BalanceFlows.h"
@@ -121,7 +121,6 @@ class TestBalanceDialogs : public QObject
     Q_OBJECT
 private slots:
     void balanceShipWarnsOrAsks();
-    void balanceShipGivesTheLineOfTheSliders();
     void sliderMovesBalanceTheOthers();
     void managerCreatesAndEdits();
     void importFromTables();
@@ -151,23 +150,6 @@ void TestBalanceDialogs::balanceShipWarnsOrAsks()
     f.prompts.inputAnswers.enqueue(QStringLiteral("Second"));
     QCOMPARE(BalanceShip(f.context, MiddleShip()), std::nullopt); // rejected: nothing changes
     QCOMPARE(chosen, QStringLiteral("Second"));
-}
-
-void TestBalanceDialogs::balanceShipGivesTheLineOfTheSliders()
-{
-    Fixture f;
-    QVERIFY(SaveProfile(Named("Only", "only"), f.context.profilesDir));
-    const QString line = ShipLineWith({{ShipLineField::ShipClass, "2"}, {ShipLineField::Speed, "1500"}});
-    f.runner.balance = [](DShipBalance& d) {
-        d.ButAverage->click();
-        return int(QDialog::Accepted);
-    };
-    const std::optional<QString> written = BalanceShip(f.context, line);
-    QVERIFY(written);
-    BalanceModel expected(Named("Only", "only"));
-    expected.SetAverage();
-    QCOMPARE(*written, expected.ApplyToShipLine(line));
-    QVERIFY(f.prompts.shown.isEmpty()); // one profile: nothing asked
 }
 
 void TestBalanceDialogs::sliderMovesBalanceTheOthers()
