@@ -51,4 +51,5 @@ hw_fuzz_harness(package hw_package)
 hw_fuzz_harness(types hw_gamedata)
 hw_fuzz_harness(language hw_language)
 hw_fuzz_harness(ships_dat hw_package)
+hw_fuzz_harness(profile hw_balance)
 

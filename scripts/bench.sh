@@ -4,6 +4,8 @@
 # Not part of the test run: the figures depend on the machine and its load.
 # bench_gettext: the start-up text load (GetText) of a generated 13-catalog game
 # against unpacking and parsing its language pages directly.
+# bench_balance: AutoBalance in three modes over every ship of the corpus TShips
+# against a profile per class, against cutting and joining the same lines.
 set -euo pipefail
 
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"

@@ -4,6 +4,7 @@
 #include "app/DCreateShip.h"
 
 #include "app/EditMode.h"
+#include "app/BalanceController.h"
 #include "app/ExtractionFlow.h"
 #include "app/FileListController.h"
 #include "app/FormBinding.h"
@@ -107,6 +108,7 @@ void DCreateShip::CreateParts()
                                             DocumentParts{*m_form, *m_models, *m_others, *m_scripts, *m_texts,
                                                           *m_dummies, *m_components, *m_cockpits},
                                             Context());
+    m_balance = std::make_unique<BalanceController>(Context());
 }
 
 void DCreateShip::AddListColumns()

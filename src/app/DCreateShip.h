@@ -14,6 +14,7 @@
 //   PackageDocument          build, show, modified check, open, save; SavedPackage
 //   ExtractionFlow           taking a package apart
 //   EditMode                 a ship installed in the game, opened with -e and saved back
+//   BalanceController        Balance Ship and the balance profiles (src/balance)
 //   GameTextStore            the game's texts, classes and variations
 //   AppSettings              config.dat as one value (src/core)
 //
@@ -41,6 +42,7 @@
 
 #include <memory>
 
+class BalanceController;
 class CockpitListController;
 class ComponentListController;
 class DummyListController;
@@ -117,6 +119,7 @@ public:
     const GameTextStore& gameTexts() const { return m_gameTexts; }
     PackageDocument& document() const { return *m_document; }
     const ExtractionFlow& extraction() const { return *m_extraction; }
+    BalanceController& balance() const { return *m_balance; }
     const QString& editTarget() const { return m_editTarget; }
     WListView* modelList() const { return m_modelList; }
     WListView* otherList() const { return m_otherList; }
@@ -140,6 +143,9 @@ public slots:
     // chooses: a plain .txt, a packed .pck or a catalog.
     void Slot_LoadShip() override;
     void Slot_LoadCockpit() override;
+    // Balance the raw ship line against a profile; look after the profiles.
+    void Slot_Balance() override;
+    void Slot_ManageProfiles() override;
 
     // The content lists: models, other files, scripts, language texts, the
     // scene file fields and the picture field.
@@ -226,4 +232,5 @@ private:
     std::unique_ptr<PackageDocument> m_document;
     std::unique_ptr<ExtractionFlow> m_extraction;
     std::unique_ptr<EditMode> m_editMode;
+    std::unique_ptr<BalanceController> m_balance;
 };

@@ -9,7 +9,8 @@ std::span<const SubCommand> AllCommands()
 {
     static const std::vector<SubCommand> all = [] {
         std::vector<SubCommand> commands;
-        for (const std::span<const SubCommand> group : {CatalogCommands(), PackageCommands(), ShipCommands()})
+        for (const std::span<const SubCommand> group :
+             {CatalogCommands(), PackageCommands(), ShipCommands(), BalanceCommands()})
             commands.insert(commands.end(), group.begin(), group.end());
         return commands;
     }();

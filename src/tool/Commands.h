@@ -43,6 +43,8 @@ std::span<const SubCommand> PackageCommands();
 
 // The commands on ships installed in a game directory.
 std::span<const SubCommand> ShipCommands();
+// The command that values a ship against a balance profile.
+std::span<const SubCommand> BalanceCommands();
 
 // Every command of the tool, in the order of the usage text.
 std::span<const SubCommand> AllCommands();

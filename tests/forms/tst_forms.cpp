@@ -8,7 +8,7 @@
 #include "forms/CreateProfile.h"
 #include "forms/CreateShip.h"
 #include "forms/DBalanceValues.h"
-#include "forms/DSelectVariant.h"
+#include "forms/SelectVariant.h"
 #include "forms/ImportDummy.h"
 #include "forms/LanguageText.h"
 #include "forms/ManageProfile.h"
@@ -51,7 +51,7 @@ const std::vector<std::pair<const char*, FormFactory>>& allForms()
         form<ShipBalance>("ShipBalance"),
         form<DBalanceValues>("DBalanceValues"),
         form<SelectShip>("SelectShip"),
-        form<DSelectVariant>("DSelectVariant"),
+        form<SelectVariant>("SelectVariant"),
         form<ImportDummy>("ImportDummy"),
         form<LanguageText>("LanguageText"),
         form<WizardShip>("WizardShip"),

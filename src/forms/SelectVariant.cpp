@@ -1,8 +1,8 @@
-#include "forms/DSelectVariant.h"
+#include "forms/SelectVariant.h"
 
 #include "forms/FormSupport.h"
 
-DSelectVariant::DSelectVariant(QWidget* parent, const char* name, bool modal, Qt::WindowFlags flags)
+SelectVariant::SelectVariant(QWidget* parent, const char* name, bool modal, Qt::WindowFlags flags)
     : QDialog(parent, flags)
 {
     FormSupport::EnsureResources();
@@ -14,13 +14,13 @@ DSelectVariant::DSelectVariant(QWidget* parent, const char* name, bool modal, Qt
     languageChange();
 }
 
-void DSelectVariant::connectSignals()
+void SelectVariant::connectSignals()
 {
     connect(ButDone, &QPushButton::clicked, this, &QDialog::accept);
     connect(ButCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-void DSelectVariant::languageChange()
+void SelectVariant::languageChange()
 {
     retranslateUi(this);
 }
