@@ -75,8 +75,8 @@ private slots:
         };
         auto session = open({
             {"types\\TShips.txt", Table(ships)},
-            {"types\\Dummies.txt",
-             "SDTYPE_DOCK;4;\nships\\other;0;\n17;1;\nships\\hull;1;\nships\\hull;2;\n"},
+            {"types\\Dummies.txt", "SDTYPE_DOCK;4;\nships\\other;0;\n17;1;\nships\\hull;1;\nships\\hull;2;\n"
+                                   "SDTYPE_ANIMATED;1;\nships\\hull;3;\n"},
             {"types\\Components.txt", "SCTYPE_LASER;1;\nweapons\\gun;1;\nweapons\\barrel;0;\n"},
             {"objects\\ships\\a_scene.bod", Scene({"ships\\hull", "17a", "17", "ships\\missing"})},
             {"objects\\ships\\a_scene.bob", "a second form of the scene"},
@@ -103,7 +103,8 @@ private slots:
         // The second form of the scene is offered as a model; the scene itself is not.
         QVERIFY(session->Models().Available().contains("objects\\ships\\a_scene.pbb"));
         QVERIFY(!session->Models().Available().contains("objects\\ships\\a_scene.pbd"));
-        QCOMPARE(TickedKeys(session->Dummies()), (QList<QString>{"17;1;", "ships\\hull;1;"}));
+        // Sections are matched in the order they are shown, sorted by name.
+        QCOMPARE(TickedKeys(session->Dummies()), (QList<QString>{"ships\\hull;3;", "17;1;"}));
         QCOMPARE(TickedKeys(session->Components()), QList<QString>{"weapons\\gun"});
         QCOMPARE(session->NotFound(), QStringList{"ships\\missing"});
 
