@@ -4,6 +4,8 @@
 # Not part of the test run: the figures depend on the machine and its load.
 # bench_gettext: the start-up text load (GetText) of a generated 13-catalog game
 # against unpacking and parsing its language pages directly.
+# bench_wizard: the import wizard on a generated mod of 20,000 entries, from
+# choosing a ship to the last page filled, against listing the catalog once.
 set -euo pipefail
 
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"

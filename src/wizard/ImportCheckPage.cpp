@@ -41,28 +41,35 @@ void ImportCheckPage::Show()
     m_list->setUpdatesEnabled(false);
     m_list->setSortingEnabled(false);
     m_list->clear();
-    const int textColumn = 1;
+    // The rows are built apart from the list and added in one go: a list
+    // told of every row on its own slows down with its length.
+    QList<QTreeWidgetItem*> tops;
+    QList<QTreeWidgetItem*> groups;
     const QList<CheckSection>& sections = m_tree->Sections();
     for (int s = 0; s < sections.size(); ++s) {
-        auto* top = new QTreeWidgetItem(m_list, {sections[s].Name}); // owned by the list
+        auto* top = new QTreeWidgetItem(QStringList{sections[s].Name}); // owned by the list once added
         for (int r = 0; r < sections[s].Rows.size(); ++r) {
             const CheckRow& row = sections[s].Rows[r];
             auto* check = new QTreeWidgetItem(top); // owned by its section row
-            check->setText(textColumn, row.Text);
+            check->setText(1, row.Text);
             check->setFlags(check->flags() | Qt::ItemIsUserCheckable);
             check->setCheckState(0, row.Ticked ? Qt::Checked : Qt::Unchecked);
             check->setData(0, SectionRole, s);
             check->setData(0, RowRole, r);
             if (m_kind == Kind::Components) {
-                for (const QString& line : row.Lines) {
-                    auto* child = new QTreeWidgetItem(check); // owned by its group row
-                    child->setText(2, line);
-                }
-                check->setExpanded(true);
+                for (const QString& line : row.Lines)
+                    new QTreeWidgetItem(check,
+                                        QStringList{QString(), QString(), line}); // owned by its group row
+                groups.append(check);
             }
         }
-        top->setExpanded(true);
+        tops.append(top);
     }
+    m_list->addTopLevelItems(tops);
+    for (QTreeWidgetItem* item : std::as_const(tops))
+        item->setExpanded(true);
+    for (QTreeWidgetItem* item : std::as_const(groups))
+        item->setExpanded(true);
     // The tree is in the order the wizard matches in; the form sorts by
     // column 0, which keeps it.
     m_list->setSortingEnabled(true);

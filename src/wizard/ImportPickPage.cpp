@@ -24,8 +24,9 @@ void FillList(QListWidget* list, const QStringList& entries, const QIcon& icon)
 {
     list->setUpdatesEnabled(false);
     list->clear();
-    for (const QString& entry : entries)
-        new QListWidgetItem(icon, entry, list); // owned by the list
+    list->addItems(entries);
+    for (int row = 0; row < list->count(); ++row)
+        list->item(row)->setIcon(icon);
     list->setUpdatesEnabled(true);
 }
 

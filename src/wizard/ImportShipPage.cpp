@@ -32,11 +32,15 @@ void ImportShipPage::Fill(const QList<ShipRow>& rows, const QString& programDir)
     const QIcon icon(programDir + "/Icons/ship.png");
     list->setSortingEnabled(false);
     list->clear();
+    QList<QTreeWidgetItem*> items;
     for (const ShipRow& row : rows) {
-        auto* item = new QTreeWidgetItem(list, {row.Id, row.Name, row.Number}); // owned by the list
+        auto* item =
+            new QTreeWidgetItem(QStringList{row.Id, row.Name, row.Number}); // owned by the list once added
         item->setIcon(0, icon);
         item->setData(0, LineRole, row.Line);
+        items.append(item);
     }
+    list->addTopLevelItems(items);
     list->setSortingEnabled(true);
     list->setCurrentItem(nullptr);
 }
