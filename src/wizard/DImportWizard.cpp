@@ -66,6 +66,7 @@ DImportWizard::DImportWizard(std::unique_ptr<ImportSession> session, Prompter& p
     setButtonText(QWizard::HelpButton, Text(T::Help));
     setButtonText(QWizard::FinishButton, m_uiTextExtra.value(ImportWizardExtraText::Finish));
     setOption(QWizard::HaveHelpButton, false);
+    resize(720, 540);
     AddPages();
     connect(this, &QWizard::currentIdChanged, this, &DImportWizard::showPage);
 }

@@ -72,15 +72,13 @@ QString ShortKey(const QString& modelName)
 }
 
 // The text of `id` in `texts`: the first entry with that id wins.
-QString LookUpText(const QList<GameText>& texts, int id, bool* found)
+QString LookUpText(const QList<GameText>& texts, const GameTextIndex& index, int id, bool* found)
 {
-    for (const GameText& text : texts) {
-        if (text.Id == id) {
-            *found = true;
-            return text.Text;
-        }
-    }
-    return {};
+    const auto position = index.constFind(id);
+    if (position == index.constEnd())
+        return {};
+    *found = true;
+    return texts[*position].Text;
 }
 
 } // namespace
@@ -211,13 +209,14 @@ void ImportSession::ReadModTexts()
     }
 }
 
-QString ImportSession::ShipNameOf(const QString& line) const
+QString ImportSession::ShipNameOf(const QString& line, const GameTextIndex& modIndex,
+                                  const GameTextIndex& gameIndex) const
 {
     const int textId = ShipFieldInt(line, ShipLineField::NameId);
     bool found = false;
-    QString name = LookUpText(m_modTexts, textId, &found);
+    QString name = LookUpText(m_modTexts, modIndex, textId, &found);
     if (!found && m_setup.GameShipNames)
-        name = LookUpText(*m_setup.GameShipNames, textId, &found);
+        name = LookUpText(*m_setup.GameShipNames, gameIndex, textId, &found);
     if (name.isEmpty() || !m_setup.VariantNames)
         return name;
     const QStringList& variants = m_setup.Variants ? m_variantNames : *m_setup.VariantNames;
@@ -229,10 +228,15 @@ QString ImportSession::ShipNameOf(const QString& line) const
 
 void ImportSession::FillShipRows()
 {
+    GameTextIndex modIndex;
+    GameTextIndex gameIndex;
+    BuildGameTextIndex(m_modTexts, modIndex);
+    if (m_setup.GameShipNames)
+        BuildGameTextIndex(*m_setup.GameShipNames, gameIndex);
     for (int i = 0; i < m_shipLines.size(); ++i) {
         const QString& line = m_shipLines[i];
-        m_shipRows.append(
-            {ShipLineId(line), ShipNameOf(line), QString::number(i + 1).rightJustified(4, u'0'), i});
+        m_shipRows.append({ShipLineId(line), ShipNameOf(line, modIndex, gameIndex),
+                           QString::number(i + 1).rightJustified(4, u'0'), i});
     }
 }
 

@@ -145,7 +145,8 @@ private:
     void ReadEntries();
     void ReadModTexts();
     void FillShipRows();
-    QString ShipNameOf(const QString& line) const;
+    QString ShipNameOf(const QString& line, const GameTextIndex& modIndex,
+                       const GameTextIndex& gameIndex) const;
     void OfferEntries();
     PartMatch MatchPartOnce(const QString& modelName, const QString& partName);
     void MatchBodies(const QStringList& bodies, QList<CheckPlace>* newDummies);

@@ -1,6 +1,7 @@
 // The import wizard's pages and its whole run, on the sample mod of the
 // sample game.
 #include "ModCatalog.h"
+#include "forms/WizardShip.h"
 #include "forms/WizardText.h"
 #include "language/UiTexts.h"
 #include "wizard/DImportWizard.h"
@@ -120,6 +121,8 @@ private slots:
             while (wizard->currentId() != DImportWizard::ShipPage)
                 wizard->back();
             QVERIFY(wizard->ShipList()->SelectShip(id));
+            // Named from the mod's own language page.
+            QCOMPARE(wizard->ShipList()->Form()->ListShips->currentItem()->text(1).toLower(), ship);
             QVERIFY(wizard->button(QWizard::NextButton)->isEnabled());
             wizard->next();
             QCOMPARE(wizard->currentId(), int(DImportWizard::DummyPage));
