@@ -7,6 +7,7 @@
 #include "app/FileListController.h"
 #include "app/FormBinding.h"
 #include "app/GameDirSearch.h"
+#include "app/ModImport.h"
 #include "app/PackageDocument.h"
 #include "app/ScriptListController.h"
 #include "app/TableListControllers.h"
@@ -102,6 +103,15 @@ void DCreateShip::CreateParts()
                                           Context());
     m_extraction = std::make_unique<ExtractionFlow>(
         Context(), [this](const QString& status) { StartBusyJob(status); }, [this] { FinishBusyJob(); });
+    m_modImport = std::make_unique<ModImport>(DocumentParts{*m_form, *m_models, *m_others, *m_scripts,
+                                                            *m_texts, *m_dummies, *m_components, *m_cockpits},
+                                              *m_document, Context(), m_gameTexts,
+                                              [this](bool ready, const QString& status) {
+                                                  if (ready)
+                                                      FinishBusyJob();
+                                                  else
+                                                      StartBusyJob(status);
+                                              });
 }
 
 void DCreateShip::AddListColumns()
