@@ -53,3 +53,4 @@ hw_fuzz_harness(language hw_language)
 hw_fuzz_harness(ships_dat hw_package)
 hw_fuzz_harness(profile hw_balance)
 
+hw_fuzz_harness(wizard_scene hw_wizard)

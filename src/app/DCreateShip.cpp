@@ -3,12 +3,13 @@
 // the work directories.
 #include "app/DCreateShip.h"
 
-#include "app/EditMode.h"
 #include "app/BalanceController.h"
+#include "app/EditMode.h"
 #include "app/ExtractionFlow.h"
 #include "app/FileListController.h"
 #include "app/FormBinding.h"
 #include "app/GameDirSearch.h"
+#include "app/ModImport.h"
 #include "app/PackageDocument.h"
 #include "app/ScriptListController.h"
 #include "app/TableListControllers.h"
@@ -98,17 +99,20 @@ void DCreateShip::CreateParts()
     m_dummies = std::make_unique<DummyListController>(ListDummy, Context());
     m_components = std::make_unique<ComponentListController>(ListComp, Context());
     m_cockpits = std::make_unique<CockpitListController>(ListCockpit, Context());
-    m_document =
-        std::make_unique<PackageDocument>(DocumentParts{*m_form, *m_models, *m_others, *m_scripts, *m_texts,
-                                                        *m_dummies, *m_components, *m_cockpits},
-                                          Context());
+    const DocumentParts parts{*m_form,  *m_models,  *m_others,     *m_scripts,
+                              *m_texts, *m_dummies, *m_components, *m_cockpits};
+    m_document = std::make_unique<PackageDocument>(parts, Context());
     m_extraction = std::make_unique<ExtractionFlow>(
         Context(), [this](const QString& status) { StartBusyJob(status); }, [this] { FinishBusyJob(); });
-    m_editMode = std::make_unique<EditMode>(*this, *m_document,
-                                            DocumentParts{*m_form, *m_models, *m_others, *m_scripts, *m_texts,
-                                                          *m_dummies, *m_components, *m_cockpits},
-                                            Context());
+    m_editMode = std::make_unique<EditMode>(*this, *m_document, parts, Context());
     m_balance = std::make_unique<BalanceController>(Context());
+    m_modImport = std::make_unique<ModImport>(parts, *m_document, Context(), m_gameTexts,
+                                              [this](bool ready, const QString& status) {
+                                                  if (ready)
+                                                      FinishBusyJob();
+                                                  else
+                                                      StartBusyJob(status);
+                                              });
 }
 
 void DCreateShip::AddListColumns()

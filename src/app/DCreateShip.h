@@ -15,6 +15,7 @@
 //   ExtractionFlow           taking a package apart
 //   EditMode                 a ship installed in the game, opened with -e and saved back
 //   BalanceController        Balance Ship and the balance profiles (src/balance)
+//   ModImport                taking a ship out of a finished mod (the import wizard)
 //   GameTextStore            the game's texts, classes and variations
 //   AppSettings              config.dat as one value (src/core)
 //
@@ -50,6 +51,7 @@ class EditMode;
 class ExtractionFlow;
 class FileListController;
 class FormBinding;
+class ModImport;
 class PackageDocument;
 class ScriptListController;
 class StatusProgressBar;
@@ -120,6 +122,7 @@ public:
     PackageDocument& document() const { return *m_document; }
     const ExtractionFlow& extraction() const { return *m_extraction; }
     BalanceController& balance() const { return *m_balance; }
+    ModImport& modImport() const { return *m_modImport; }
     const QString& editTarget() const { return m_editTarget; }
     WListView* modelList() const { return m_modelList; }
     WListView* otherList() const { return m_otherList; }
@@ -146,6 +149,8 @@ public slots:
     // Balance the raw ship line against a profile; look after the profiles.
     void Slot_Balance() override;
     void Slot_ManageProfiles() override;
+    // Takes a ship with everything it needs out of a finished mod.
+    void Slot_ImportWizard() override;
 
     // The content lists: models, other files, scripts, language texts, the
     // scene file fields and the picture field.
@@ -233,4 +238,5 @@ private:
     std::unique_ptr<ExtractionFlow> m_extraction;
     std::unique_ptr<EditMode> m_editMode;
     std::unique_ptr<BalanceController> m_balance;
+    std::unique_ptr<ModImport> m_modImport;
 };

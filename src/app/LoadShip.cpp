@@ -1,6 +1,8 @@
-// Taking a ship line or cockpit lines out of a table of the game or a mod.
+// Taking a ship line or cockpit lines out of a table of the game or a mod,
+// or a whole ship out of a finished mod.
 #include "app/DCreateShip.h"
 
+#include "app/ModImport.h"
 #include "app/SelectShip.h"
 #include "app/TableListControllers.h"
 #include "app/WindowTexts.h"
@@ -44,4 +46,12 @@ void DCreateShip::Slot_LoadCockpit()
     m_cockpits->Add(rows);
     if (!rows.isEmpty())
         Slot_Modified();
+}
+
+void DCreateShip::Slot_ImportWizard()
+{
+    if (!ClearDocument())
+        return;
+    m_modImport->Run();
+    UpdateCaption();
 }
