@@ -92,16 +92,6 @@ struct Middle
         return fields.join(Separator);
     }
 
-    // The gun number behind every entry of all groups.
-    int GunTotal() const
-    {
-        int total = 0;
-        for (const Group& group : groups)
-            for (const QStringList& entry : group.entries)
-                total += ReadInt(entry[Count]);
-        return total;
-    }
-
     // Blocks numbered 1, 2, ... with their predecessor 0, 1, ...
     void NumberBlocks()
     {
@@ -230,7 +220,8 @@ QString AddMainCockpit(const QString& line, const SceneNode& node)
         return line;
     middle.blocks.append({"1", "0", node.Body, node.Part});
     if (middle.groups.isEmpty())
-        middle.groups.append({{Num(middle.GunTotal() + 1), "0", "1", "0"}, {}});
+        middle.groups.append({{"1", "0", "1", "0"}, {}});
+    middle.RenumberGroups();
     return middle.Join();
 }
 
@@ -243,7 +234,8 @@ QString AddTurret(const QString& line, int position)
     middle.head[TurretCockpitField(turret - 1)] = "0";
     middle.head[TurretPositionField(turret - 1)] = Num(position);
     middle.blocks.append({Num(turret + 1), Num(turret), "0", "0"});
-    middle.groups.append({{Num(middle.GunTotal() + 1), "0", Num(middle.groups.size() + 1), "0"}, {}});
+    middle.groups.append({{"1", "0", "1", "0"}, {}});
+    middle.RenumberGroups();
     return middle.Join();
 }
 
@@ -304,7 +296,6 @@ QString UpdateLineGuns(const QString& line, int editedGroup)
     // Works on the fields in place, so that a line that ends early keeps its length.
     QStringList fields = line.split(Separator);
     const ShipLineLayout layout = LayoutOf(line);
-    int posCounter = 1;
     int gunCounter = 1;
     for (int g = 0; g < layout.groups.size(); ++g) {
         const GunGroupPlace& place = layout.groups[g];
@@ -316,8 +307,7 @@ QString UpdateLineGuns(const QString& line, int editedGroup)
             fields[place.header + 1 + Entries] = Num(place.entries);
         }
         fields[place.header + 1 + Number] = Num(g + 1);
-        fields[place.header + 1 + Pos] = Num(posCounter);
-        posCounter += ReadInt(fields[place.header + 1 + Guns]);
+        fields[place.header + 1 + Pos] = Num(gunCounter);
         for (int entry = 0; entry < place.entries; ++entry) {
             const int first = place.FirstEntry() + EntrySize * entry;
             fields[first + Index] = Num(gunCounter);

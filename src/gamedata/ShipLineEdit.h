@@ -86,6 +86,11 @@ enum class LineWalk
 };
 LineWalk WalkShipLine(const QString& line);
 
+// Every edit below that changes a line leaves its guns numbered: groups take
+// Number g + 1, a group's Pos and an entry's Index run from 1 through the
+// entries' Count, and GunCount (field 19) is the total. An entry of Count 0
+// therefore shares its Index with the entry behind it.
+
 // Gives a line without cockpit blocks its main cockpit: block 0 with `node`,
 // and an empty gun group for it when the line has no group yet. A line that
 // has block 0 already comes back unchanged.
@@ -98,9 +103,9 @@ QString AddMainCockpit(const QString& line, const SceneNode& node);
 QString AddTurret(const QString& line, int position);
 
 // Removes turret `turret` (1 to N - 1): its slot, block and group. Later
-// turrets move down by one in all three, the freed last slot becomes 0;0,
-// blocks and groups are numbered again and the guns renumbered. T moves by 8
-// and by 6 for each entry the group had.
+// turrets move down by one in all three, the freed last slot becomes 0;0 and
+// the blocks are numbered again. T moves by 8 and by 6 for each entry the
+// group had.
 QString RemoveTurret(const QString& line, int turret);
 
 // Appends the entry Index;0;0;0;0;0 to group `group` (from 0); T moves by 6.
@@ -112,10 +117,8 @@ QString RemoveGunEntry(const QString& line, int group, int entry);
 // Replaces Count and both nodes of an entry; its Index stays.
 QString SetGunEntry(const QString& line, int group, int entry, const GunEntry& value);
 
-// Brings the groups' numbers in line after their entries changed: group
+// Brings the guns' numbers in line after entries changed: group
 // `editedGroup` (or none, with -1) takes Guns as the sum of its entries' Count
-// and Entries as their number; every group takes Number g + 1; Pos runs
-// through the groups from 1 by each group's Guns, an entry's Index runs from 1
-// by each entry's Count; GunCount (field 19) is the total. Fields that the line
+// and Entries as their number; then the numbering above. Fields that the line
 // does not have are not added.
 QString UpdateLineGuns(const QString& line, int editedGroup);
