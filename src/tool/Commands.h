@@ -41,6 +41,9 @@ std::span<const SubCommand> CatalogCommands();
 // The commands on ship packages.
 std::span<const SubCommand> PackageCommands();
 
+// The commands on ship tables.
+std::span<const SubCommand> ShipCommands();
+
 // Every command of the tool, in the order of the usage text.
 std::span<const SubCommand> AllCommands();
 
