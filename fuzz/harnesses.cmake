@@ -50,4 +50,5 @@ hw_fuzz_harness(pck hw_catfs_driver)
 hw_fuzz_harness(package hw_package)
 hw_fuzz_harness(types hw_gamedata)
 hw_fuzz_harness(language hw_language)
+hw_fuzz_harness(scene hw_gamedata)
 

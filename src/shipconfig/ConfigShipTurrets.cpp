@@ -83,30 +83,38 @@ void DConfigShip::LoadTurrets()
 
 QStringList DConfigShip::TurretSlotFields() const
 {
+    // A slot without a row (position 0) stays as the line has it.
     QStringList fields;
     for (int turret = 1; turret <= TurretSlotCount; ++turret) {
         if (const QTreeWidgetItem* row = RowNumbered(ListTurrets, turret))
             fields << row->text(1) << Num(PositionOf(row));
         else
-            fields << "0"
-                   << "0";
+            fields << ShipField(Line, TurretCockpitField(turret - 1))
+                   << ShipField(Line, TurretPositionField(turret - 1));
     }
     return fields;
 }
 
 QStringList DConfigShip::CockpitBlockFields() const
 {
-    const int rows = ListTurrets->topLevelItemCount();
     // A ship without a main cockpit block keeps none until it is given one.
-    if (rows == 0 && CockpitBlockCount() == 0)
+    const int blocks = CockpitBlockCount();
+    if (blocks == 0)
         return {ShipField(Line, ShipLineField::CockpitCount)};
     const SceneNode main = SplitNode(ComboMainCockpit->currentText());
-    QStringList fields{Num(rows + 1), "1", "0", main.Body, main.Part};
-    // The rows are sorted by number; a turret that never got a node has the
-    // node "0" and is written with body 0 and no part.
-    for (int i = 0; i < rows; ++i) {
-        const SceneNode node = SplitNode(ListTurrets->topLevelItem(i)->text(3));
-        fields << Num(i + 2) << Num(i + 1) << node.Body << node.Part;
+    QStringList fields{Num(blocks), "1", "0", main.Body, main.Part};
+    for (int turret = 1; turret < blocks; ++turret) {
+        const QTreeWidgetItem* row = RowNumbered(ListTurrets, turret);
+        if (!row) {
+            // The block of a slot whose position is 0 is no turret's: it stays
+            // as it is, so that the line keeps its blocks and groups in step.
+            for (int offset = 0; offset < 4; ++offset)
+                fields << ShipField(Line, ShipLineField::FirstCockpitBlock + 4 * turret + offset);
+            continue;
+        }
+        // A turret that never got a node has the node "0": body 0, no part.
+        const SceneNode node = SplitNode(row->text(3));
+        fields << Num(turret + 1) << Num(turret) << node.Body << node.Part;
     }
     return fields;
 }

@@ -334,6 +334,10 @@ void DConfigShip::LoadShipLine(const QString& line)
     SpinPriceN->setValue(ShipFieldInt(line, TailIndex + ShipTailOffset::PriceNpc));
     SpinPriceP->setValue(ShipFieldInt(line, TailIndex + ShipTailOffset::PricePlayer));
 
+    // As in a new dialog, a box whose item the line does not name shows its
+    // first item.
+    for (QComboBox* box : {ComboRace, ComboCargo, ComboClass, ComboVariation, ComboShield})
+        SetItem(box, 0);
     SetItem(ComboRace, ShipFieldInt(line, Race) - 1);
     LaserMask = ShipFieldInt(line, ShipLineField::LaserMask);
     MissileMask = ShipFieldInt(line, ShipLineField::MissileMask);

@@ -179,7 +179,8 @@ void TestShipLineEdit::walkNamesWhereALineBreaks()
 
 void TestShipLineEdit::randomEditsKeepLinesWalkable()
 {
-    QStringList lines = TableLines(qEnvironmentVariable("HW_SOURCE_DIR") + "/samples/game-src/types/TShips.txt");
+    QStringList lines =
+        TableLines(qEnvironmentVariable("HW_SOURCE_DIR") + "/samples/game-src/types/TShips.txt");
     QVERIFY(lines.size() >= 10);
     const QString corpus = qEnvironmentVariable("HW_CORPUS_DIR") + "/x3tc/types/TShips.txt";
     if (QFile::exists(corpus))
