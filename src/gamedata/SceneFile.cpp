@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 // Packed file: a lead byte, then a gzip stream XORed with the key
@@ -101,8 +103,9 @@ SceneFileNodes ReadSceneNodes(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {SceneRead::Missing, {}};
-    // One byte more than the limit tells a file at the limit from a larger one.
-    const QByteArray bytes = file.read(SceneByteLimit + 1);
+    // The size asked for is what the file has, so that a small file costs a
+    // small buffer; one byte more tells a file at the limit from a larger one.
+    const QByteArray bytes = file.read(std::min(file.size(), SceneByteLimit) + 1);
     if (bytes.size() > SceneByteLimit)
         return {SceneRead::TooLarge, {}};
     if (path.endsWith(QLatin1String(".pbd"), Qt::CaseInsensitive))

@@ -111,7 +111,9 @@ QString RemoveTurret(const QString& line, int turret);
 // Appends the entry Index;0;0;0;0;0 to group `group` (from 0); T moves by 6.
 QString AddGunEntry(const QString& line, int group);
 
-// Removes entry `entry` (from 0) of group `group`; T moves back by 6.
+// Removes entry `entry` (from 0) of group `group`; T moves back by 6. A group
+// whose last entry goes stays, with Entries 0: its cockpit keeps its place in
+// the line and simply has no guns.
 QString RemoveGunEntry(const QString& line, int group, int entry);
 
 // Replaces Count and both nodes of an entry; its Index stays.

@@ -20,6 +20,9 @@ namespace {
 constexpr int MaxGameDirs = 10;
 // Ship classes 8 and 9 are written as classes 0 and 1.
 constexpr int FirstFoldedClass = 8;
+// The two fields of the head that are carried through unread.
+constexpr int UnreadAfterCargo = ShipLineField::CargoMax + 1;
+constexpr int UnreadAfterVariation = ShipLineField::Variation + 1;
 
 int FieldCount(const QString& line)
 {
@@ -404,7 +407,7 @@ QString DConfigShip::BuildShipLine()
     fields << Num(MissileMask) << Num(SpinMissile->value()) << Num(SpinSpeed->value())
            << Num(SpinRudder->value());
     fields << Num(std::min(SpinCargoMin->value(), SpinCargoMax->value())) << Num(SpinCargoMax->value());
-    fields << kept(30);
+    fields << kept(UnreadAfterCargo);
 
     QStringList turretCockpits;
     for (int i = 0; i < ListTurrets->topLevelItemCount(); ++i)
@@ -415,7 +418,7 @@ QString DConfigShip::BuildShipLine()
     fields << Num(SpinDocking->value()) << Num(ItemOf(ComboCargo)) << Num(ItemOf(ComboRace) + 1)
            << Num(SpinHull->value()) << Num(SpinExDef->value()) << Num(SpinExBodyDef->value())
            << Num(SpinExParticle->value()) << Num(ItemOf(ComboVariation));
-    fields << kept(51);
+    fields << kept(UnreadAfterVariation);
     // Without a class row (no data/classes), the line keeps its class id.
     const bool hasClassRow = m_classes && classItem < m_classes->size();
     fields << (hasClassRow ? Num(m_classes->at(classItem).Id) : kept(ClassId));

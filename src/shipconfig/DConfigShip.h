@@ -20,6 +20,7 @@
 
 #include "forms/ConfigShip.h"
 #include "gamedata/SceneFile.h"
+#include "gamedata/ShipLine.h"
 #include "gamedata/WeaponTables.h"
 #include "language/GameText.h"
 #include "shipconfig/ConfigNames.h"
@@ -87,9 +88,9 @@ public:
     QList<LanguageFile> LanguageFiles;
     QStringList RankNames; // six tables of 16, the highest rank first
 
-    QString Line;           // the working ship line
-    int GunIndexField = 54; // G of Line
-    int TailIndex = 55;     // T of Line
+    QString Line;                                         // the working ship line
+    int GunIndexField = ShipLineField::FirstCockpitBlock; // G of Line
+    int TailIndex = ShipLineField::FirstCockpitBlock + 1; // T of Line
     int LaserMask = 0;
     int MissileMask = 0;
 

@@ -2,6 +2,7 @@
 // game's table (plain, and packed in its catalog), on the corpus's table when
 // it is there, and on broken tables.
 #include "TestSupport.h"
+#include "gamedata/ShipLine.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -77,7 +78,7 @@ void TestShipTool::listsEveryShipOfPlainAndPackedTables()
         const QStringList fields = lines[i].split(';');
         QCOMPARE(columns.value(0), QString::number(i));
         QCOMPARE(columns.value(1), fields.value(fields.size() - 2)); // the id before the final ";"
-        QCOMPARE(columns.value(2), fields.value(16));
+        QCOMPARE(columns.value(2), fields.value(ShipLineField::ShipScene));
     }
     // The Tidewall has a turret at each position and a group for each cockpit.
     QVERIFY(rows.filter("SS_SH_SAMPLE_TIDEWALL").value(0).endsWith("\t6\t7"));
@@ -100,24 +101,25 @@ void TestShipTool::showsAShipAsJsonByIdAndByRow()
     QCOMPARE(Hwtool({"ship", SampleTable(), QString::number(row)}).out, byId.out);
 
     const QStringList fields = lines[row].split(';');
-    QCOMPARE(ship["fields"]["Speed"].toInt(), fields[7].toInt());
-    QCOMPARE(ship["fields"]["Yaw"].toString(), fields[2]); // a float stays text
+    QCOMPARE(ship["fields"]["Speed"].toInt(), fields[ShipLineField::Speed].toInt());
+    QCOMPARE(ship["fields"]["Yaw"].toString(), fields[ShipLineField::Yaw]); // a float stays text
     const int tail = ship["tailIndex"].toInt();
     QCOMPARE(ship["tail"]["ShipId"].toString(), QString("SS_SH_SAMPLE_BASTION"));
-    QCOMPARE(ship["tail"]["PriceNpc"].toInt(), fields[tail + 1].toInt());
+    QCOMPARE(ship["tail"]["PriceNpc"].toInt(), fields[tail + ShipTailOffset::PriceNpc].toInt());
     const QJsonArray turrets = ship["turrets"].toArray();
-    QCOMPARE(turrets.size(), fields[53].toInt() - 1);
+    QCOMPARE(turrets.size(), fields[ShipLineField::CockpitCount].toInt() - 1);
     for (const QJsonValue turret : turrets) {
         const int number = turret["number"].toInt();
-        QCOMPARE(turret["position"].toInt(), fields[30 + 2 * number].toInt());
-        QCOMPARE(turret["node"]["body"].toString(), fields[56 + 4 * number]);
+        QCOMPARE(turret["position"].toInt(), fields[TurretPositionField(number - 1)].toInt());
+        QCOMPARE(turret["node"]["body"].toString(),
+                 fields[ShipLineField::FirstCockpitBlock + 4 * number + 2]);
     }
     // Every gun of the groups is counted in GunCount.
     int guns = 0;
     for (const QJsonValue group : ship["gunGroups"].toArray())
         for (const QJsonValue entry : group["entries"].toArray())
             guns += entry["count"].toInt();
-    QCOMPARE(guns, fields[19].toInt());
+    QCOMPARE(guns, fields[ShipLineField::GunCount].toInt());
 
     const QString corpus = qEnvironmentVariable("HW_CORPUS_DIR") + "/x3tc/types/TShips.txt";
     if (!QFile::exists(corpus))
@@ -141,10 +143,11 @@ void TestShipTool::refusesUnknownShipsAndBrokenLines()
     const QStringList lines = DataLines(SampleTable());
     QStringList broken = lines.mid(0, 1);
     QStringList fields = lines[5].split(';');
-    fields[53] = "40"; // cockpit blocks far behind the end
+    fields[ShipLineField::CockpitCount] = "40"; // cockpit blocks far behind the end
     broken.append(fields.join(';'));
     fields = lines[5].split(';');
-    fields[54 + 4 * fields[53].toInt()] = "9"; // more gun groups than the line holds
+    fields[ShipLineField::FirstCockpitBlock + 4 * fields[ShipLineField::CockpitCount].toInt()] =
+        "9"; // more gun groups than the line holds
     broken.append(fields.join(';'));
     broken.append("1;2;3;");
     const QString table = dir.filePath("TShips.txt");
