@@ -27,7 +27,9 @@ void FillWeaponList(QTreeWidget* list, const QList<WeaponRow>& rows, int mask)
 void DConfigShip::Slot_UpdateMasks()
 {
     const bool lasers = RadioLasers->isChecked();
-    ListLasers->headerItem()->setText(0, Text(lasers ? ConfigShipText::Lasers : ConfigShipText::MissileList));
+    if (m_texts)
+        ListLasers->headerItem()->setText(
+            0, Text(lasers ? ConfigShipText::Lasers : ConfigShipText::MissileList));
     const int mask = lasers ? LaserMask : MissileMask;
     LineLasers->setText(QString::number(mask));
     m_filling = true;
