@@ -9,6 +9,7 @@
 #include "app/GameDirSearch.h"
 #include "app/PackageDocument.h"
 #include "app/ScriptListController.h"
+#include "app/ShipConfigFlow.h"
 #include "app/TableListControllers.h"
 #include "app/TextListController.h"
 #include "app/WindowContext.h"
@@ -102,6 +103,8 @@ void DCreateShip::CreateParts()
                                           Context());
     m_extraction = std::make_unique<ExtractionFlow>(
         Context(), [this](const QString& status) { StartBusyJob(status); }, [this] { FinishBusyJob(); });
+    m_shipConfig = std::make_unique<ShipConfigFlow>(Context(), TextRaw, LineSceneFile, *m_dummies,
+                                                    *m_cockpits, m_gameTexts);
 }
 
 void DCreateShip::AddListColumns()

@@ -13,6 +13,7 @@
 //   Dummy/Component/CockpitListController   the rows for the game's tables
 //   PackageDocument          build, show, modified check, open, save; SavedPackage
 //   ExtractionFlow           taking a package apart
+//   ShipConfigFlow           Customize Ship: the ship configuration dialog
 //   GameTextStore            the game's texts, classes and variations
 //   AppSettings              config.dat as one value (src/core)
 //
@@ -48,6 +49,7 @@ class FileListController;
 class FormBinding;
 class PackageDocument;
 class ScriptListController;
+class ShipConfigFlow;
 class StatusProgressBar;
 class TextListController;
 class WListView;
@@ -115,6 +117,7 @@ public:
     const GameTextStore& gameTexts() const { return m_gameTexts; }
     PackageDocument& document() const { return *m_document; }
     const ExtractionFlow& extraction() const { return *m_extraction; }
+    ShipConfigFlow& shipConfig() const { return *m_shipConfig; }
     const QString& editTarget() const { return m_editTarget; }
     WListView* modelList() const { return m_modelList; }
     WListView* otherList() const { return m_otherList; }
@@ -138,6 +141,8 @@ public slots:
     // chooses: a plain .txt, a packed .pck or a catalog.
     void Slot_LoadShip() override;
     void Slot_LoadCockpit() override;
+    // Customize Ship: the ship configuration dialog over the form's ship line.
+    void Slot_CustomiseShip() override;
 
     // The content lists: models, other files, scripts, language texts, the
     // scene file fields and the picture field.
@@ -223,4 +228,5 @@ private:
     std::unique_ptr<CockpitListController> m_cockpits;
     std::unique_ptr<PackageDocument> m_document;
     std::unique_ptr<ExtractionFlow> m_extraction;
+    std::unique_ptr<ShipConfigFlow> m_shipConfig;
 };
