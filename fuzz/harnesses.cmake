@@ -52,5 +52,6 @@ hw_fuzz_harness(types hw_gamedata)
 hw_fuzz_harness(language hw_language)
 hw_fuzz_harness(ships_dat hw_package)
 hw_fuzz_harness(profile hw_balance)
+hw_fuzz_harness(scene hw_gamedata)
 
 hw_fuzz_harness(wizard_scene hw_wizard)

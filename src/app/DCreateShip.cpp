@@ -12,6 +12,7 @@
 #include "app/ModImport.h"
 #include "app/PackageDocument.h"
 #include "app/ScriptListController.h"
+#include "app/ShipConfigFlow.h"
 #include "app/TableListControllers.h"
 #include "app/TextListController.h"
 #include "app/WindowContext.h"
@@ -113,6 +114,8 @@ void DCreateShip::CreateParts()
                                                   else
                                                       StartBusyJob(status);
                                               });
+    m_shipConfig = std::make_unique<ShipConfigFlow>(Context(), TextRaw, LineSceneFile, *m_dummies,
+                                                    *m_cockpits, m_gameTexts);
 }
 
 void DCreateShip::AddListColumns()

@@ -16,6 +16,7 @@
 //   EditMode                 a ship installed in the game, opened with -e and saved back
 //   BalanceController        Balance Ship and the balance profiles (src/balance)
 //   ModImport                taking a ship out of a finished mod (the import wizard)
+//   ShipConfigFlow           Customize Ship: the ship configuration dialog
 //   GameTextStore            the game's texts, classes and variations
 //   AppSettings              config.dat as one value (src/core)
 //
@@ -54,6 +55,7 @@ class FormBinding;
 class ModImport;
 class PackageDocument;
 class ScriptListController;
+class ShipConfigFlow;
 class StatusProgressBar;
 class TextListController;
 class WListView;
@@ -123,6 +125,7 @@ public:
     const ExtractionFlow& extraction() const { return *m_extraction; }
     BalanceController& balance() const { return *m_balance; }
     ModImport& modImport() const { return *m_modImport; }
+    ShipConfigFlow& shipConfig() const { return *m_shipConfig; }
     const QString& editTarget() const { return m_editTarget; }
     WListView* modelList() const { return m_modelList; }
     WListView* otherList() const { return m_otherList; }
@@ -151,6 +154,8 @@ public slots:
     void Slot_ManageProfiles() override;
     // Takes a ship with everything it needs out of a finished mod.
     void Slot_ImportWizard() override;
+    // Customize Ship: the ship configuration dialog over the form's ship line.
+    void Slot_CustomiseShip() override;
 
     // The content lists: models, other files, scripts, language texts, the
     // scene file fields and the picture field.
@@ -239,4 +244,5 @@ private:
     std::unique_ptr<EditMode> m_editMode;
     std::unique_ptr<BalanceController> m_balance;
     std::unique_ptr<ModImport> m_modImport;
+    std::unique_ptr<ShipConfigFlow> m_shipConfig;
 };

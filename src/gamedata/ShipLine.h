@@ -166,6 +166,8 @@ struct CockpitListRow
     QString Id;
     QString Source;
     QString Line;
+
+    bool operator==(const CockpitListRow&) const = default;
 };
 
 // The cockpit list's source text of a custom cockpit.

@@ -10,7 +10,7 @@ std::span<const SubCommand> AllCommands()
     static const std::vector<SubCommand> all = [] {
         std::vector<SubCommand> commands;
         for (const std::span<const SubCommand> group :
-             {CatalogCommands(), PackageCommands(), ShipCommands(), BalanceCommands()})
+             {CatalogCommands(), PackageCommands(), ShipTableCommands(), ShipCommands(), BalanceCommands()})
             commands.insert(commands.end(), group.begin(), group.end());
         return commands;
     }();

@@ -41,8 +41,12 @@ std::span<const SubCommand> CatalogCommands();
 // The commands on ship packages.
 std::span<const SubCommand> PackageCommands();
 
+// The commands on ship tables.
+std::span<const SubCommand> ShipTableCommands();
+
 // The commands on ships installed in a game directory.
 std::span<const SubCommand> ShipCommands();
+
 // The command that values a ship against a balance profile.
 std::span<const SubCommand> BalanceCommands();
 
