@@ -35,3 +35,22 @@ if(HW_FUZZ)
     set_target_properties(fuzz_${harness} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz-bin)
   endforeach()
 endif()
+
+# The extraction of a package into loose files (Qt Core, so apart from the
+# driver's harnesses): its replay runs as a test over fuzz/corpus/extract.
+# With HW_FUZZ=ON, build/fuzz-bin/fuzz_extract runs under libFuzzer; the
+# libraries it calls are not instrumented, so only the harness guides it.
+add_executable(fuzz_extract_replay
+  ${CMAKE_CURRENT_SOURCE_DIR}/fuzz_extract.cpp ${CMAKE_CURRENT_SOURCE_DIR}/replay_main.cpp)
+target_link_libraries(fuzz_extract_replay PRIVATE hw_deploy Qt6::Core)
+set_target_properties(fuzz_extract_replay PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests-bin)
+add_test(NAME fuzz_extract_corpus
+  COMMAND fuzz_extract_replay ${CMAKE_CURRENT_SOURCE_DIR}/corpus/extract)
+set_tests_properties(fuzz_extract_corpus PROPERTIES TIMEOUT 300)
+if(HW_FUZZ)
+  add_executable(fuzz_extract ${CMAKE_CURRENT_SOURCE_DIR}/fuzz_extract.cpp)
+  target_compile_options(fuzz_extract PRIVATE -fsanitize=fuzzer,address -fno-omit-frame-pointer)
+  target_link_options(fuzz_extract PRIVATE -fsanitize=fuzzer,address)
+  target_link_libraries(fuzz_extract PRIVATE hw_deploy Qt6::Core)
+  set_target_properties(fuzz_extract PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz-bin)
+endif()

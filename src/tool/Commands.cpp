@@ -9,7 +9,8 @@ std::span<const SubCommand> AllCommands()
 {
     static const std::vector<SubCommand> all = [] {
         std::vector<SubCommand> commands;
-        for (const std::span<const SubCommand> group : {CatalogCommands(), PackageCommands()})
+        for (const std::span<const SubCommand> group :
+             {CatalogCommands(), PackageCommands(), ExtractCommands()})
             commands.insert(commands.end(), group.begin(), group.end());
         return commands;
     }();

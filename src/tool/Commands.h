@@ -41,6 +41,9 @@ std::span<const SubCommand> CatalogCommands();
 // The commands on ship packages.
 std::span<const SubCommand> PackageCommands();
 
+// The extraction of a ship package into loose files.
+std::span<const SubCommand> ExtractCommands();
+
 // Every command of the tool, in the order of the usage text.
 std::span<const SubCommand> AllCommands();
 

@@ -1,0 +1,209 @@
+// The import of Dummies and Components rows: a table chosen through the
+// scripted prompter as .txt, .pck or catalog, the check tree built from it,
+// and the rows the user ticks. The dialog's modal run is replaced by a
+// function that ticks rows and answers.
+#include "TestSupport.h"
+#include "app/DImportDummy.h"
+#include "catfs/transfer/GameFile.h"
+#include "language/UiTexts.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <functional>
+
+namespace {
+
+// Runs the import without showing anything: `answer` sees the filled dialog
+// and gives its result.
+class TestImport : public DImportDummy
+{
+public:
+    using DImportDummy::DImportDummy;
+    std::function<int(DImportDummy&)> answer = [](DImportDummy&) { return int(QDialog::Rejected); };
+    bool shown = false;
+
+protected:
+    int ExecDialog() override
+    {
+        shown = true;
+        return answer(*this);
+    }
+};
+
+// Ticks the check items whose text is one of `texts`, wherever they stand.
+std::function<int(DImportDummy&)> Tick(const QStringList& texts)
+{
+    return [texts](DImportDummy& dialog) {
+        for (int i = 0; i < dialog.ListDummy->topLevelItemCount(); ++i) {
+            QTreeWidgetItem* top = dialog.ListDummy->topLevelItem(i);
+            for (int j = 0; j < top->childCount(); ++j)
+                if (texts.contains(top->child(j)->text(1)))
+                    top->child(j)->setCheckState(0, Qt::Checked);
+        }
+        return int(QDialog::Accepted);
+    };
+}
+
+QStringList Texts()
+{
+    QStringList texts;
+    for (int i = 0; i < 420; ++i)
+        texts.append(QString("text%1").arg(i));
+    return texts;
+}
+
+const QByteArray DummyTable = "// dummies\n"
+                              "SDTYPE_GUN;2;\n"
+                              "gun;1;\n"
+                              "// a comment between data lines is no line\n"
+                              "gun with blanks ;2;\n"
+                              "   \n"
+                              "SDTYPE_DOCK;0;\n"
+                              "SDTYPE_ANIMATED;3;\n"
+                              "anim;1;\n";
+
+const QByteArray ComponentTable = "SCTYPE_LASER;2;\n"
+                                  "body;2;\n"
+                                  "a;0;\n"
+                                  "b;0;\n"
+                                  "empty;0;\n"
+                                  "SCTYPE_DOCKING;1;\n"
+                                  "hull;1;\n"
+                                  "c;1;\n";
+
+} // namespace
+
+class TestImportDummy : public QObject
+{
+    Q_OBJECT
+private slots:
+    void dummiesFromAPlainTable();
+    void componentsComeAsWholeGroups();
+    void packedTableIsReadWithoutTouchingItsFolder();
+    void catalogTableOrItsWarning();
+    void nothingShownWhenNoTableIsRead();
+};
+
+void TestImportDummy::dummiesFromAPlainTable()
+{
+    TempHome home;
+    QVERIFY(home.writeFile("types/Dummies.txt", DummyTable));
+    ScriptedPrompter prompts;
+    prompts.fileAnswers.enqueue(home.filePath("types/Dummies.txt"));
+    TestImport import(prompts, Texts(), ImportKind::Dummies);
+    import.answer = Tick({"gun;1;", "gun with blanks ;2;", "anim;1;"});
+
+    const std::optional<ImportedRows> rows = import.Run(home.filePath("types"));
+    QVERIFY(rows && import.shown);
+    QCOMPARE(prompts.shown.first().text, home.filePath("types")); // the dialog started there
+    QVERIFY(import.windowTitle().endsWith(" - " + home.filePath("types/Dummies.txt")));
+    // The count of 3 runs past the end of the file without harm; the empty
+    // section stays a section with no rows.
+    QCOMPARE(import.ListDummy->topLevelItemCount(), 3);
+    QCOMPARE(rows->dummies.size(), 2);
+    const auto gun = std::find_if(rows->dummies.begin(), rows->dummies.end(),
+                                  [](const DummySection& s) { return s.Name == "SDTYPE_GUN"; });
+    QVERIFY(gun != rows->dummies.end());
+    QCOMPARE(gun->Lines, (QStringList{"gun;1;", "gun with blanks ;2;"}));
+    QVERIFY(rows->components.isEmpty());
+
+    // Cancelled, the dialog still counts as shown, with nothing to add.
+    prompts.fileAnswers.enqueue(home.filePath("types/Dummies.txt"));
+    import.answer = [](DImportDummy&) { return int(QDialog::Rejected);
+};
+const std::optional<ImportedRows> none = import.Run(QString());
+QVERIFY(none && none->dummies.isEmpty());
+}
+
+void TestImportDummy::componentsComeAsWholeGroups()
+{
+    TempHome home;
+    QVERIFY(home.writeFile("Components.txt", ComponentTable));
+    ScriptedPrompter prompts;
+    prompts.fileAnswers.enqueue(home.filePath("Components.txt"));
+    TestImport import(prompts, Texts(), ImportKind::Components);
+    import.answer = Tick({"body", "empty"});
+
+    const std::optional<ImportedRows> rows = import.Run(QString());
+    QVERIFY(rows);
+    QCOMPARE(rows->components.size(), 1);
+    const ComponentSection& laser = rows->components.first();
+    QCOMPARE(laser.Name, QString("SCTYPE_LASER"));
+    QCOMPARE(laser.Groups.size(), 2);
+    QCOMPARE(laser.Groups[0].Id, QString("body"));
+    QCOMPARE(laser.Groups[0].Lines, (QStringList{"a;0;", "b;0;"}));
+    QCOMPARE(laser.Groups[1].Id, QString("empty"));
+    QVERIFY(laser.Groups[1].Lines.isEmpty()); // a group without lines is still a row
+}
+
+void TestImportDummy::packedTableIsReadWithoutTouchingItsFolder()
+{
+    TempHome home;
+    QTemporaryDir mod;
+    QVERIFY(WriteFile(mod.filePath("source.txt"), DummyTable));
+    QFile source(mod.filePath("source.txt"));
+    QVERIFY(QDir().mkpath(mod.filePath("types")));
+    QVERIFY(GameFileCopyIn(source, mod.filePath("types/Dummies.txt"), true));
+    QVERIFY(QFile::exists(mod.filePath("types/Dummies.pck")));
+    QVERIFY(WriteFile(mod.filePath("types/Dummies.txt"), "the modder's own table\n"));
+
+    ScriptedPrompter prompts;
+    prompts.fileAnswers.enqueue(mod.filePath("types/Dummies.pck"));
+    TestImport import(prompts, Texts(), ImportKind::Dummies);
+    import.answer = Tick({"anim;1;"});
+    const std::optional<ImportedRows> rows = import.Run(QString());
+    QVERIFY(rows);
+    QCOMPARE(rows->dummies.size(), 1);
+    QCOMPARE(rows->dummies[0].Lines, QStringList{"anim;1;"});
+    QCOMPARE(ReadFile(mod.filePath("types/Dummies.txt")), QByteArray("the modder's own table\n"));
+    QCOMPARE(QDir(home.filePath("temp")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+}
+
+void TestImportDummy::catalogTableOrItsWarning()
+{
+    const QString sample = qEnvironmentVariable("HW_SAMPLE_GAME_DIR");
+    if (sample.isEmpty() || !QFile::exists(sample + "/02.cat"))
+        QSKIP("the sample game is not built");
+    TempHome home;
+    QVERIFY(CopyTree(sample, home.filePath("game")));
+    ScriptedPrompter prompts;
+    const QStringList texts = Texts();
+
+    // The first catalog holds the table; every group of it ticked.
+    prompts.fileAnswers.enqueue(home.filePath("game/01.cat"));
+    TestImport components(prompts, texts, ImportKind::Components);
+    components.answer = Tick({"ships\\sample\\props\\gun_mount", "ships\\sample\\hull_large"});
+    std::optional<ImportedRows> rows = components.Run(QString());
+    QVERIFY(rows);
+    QVERIFY(components.windowTitle().endsWith(home.filePath("game/01.cat") + "::types\\Components.pck"));
+    QCOMPARE(rows->components.size(), 2);
+    QVERIFY(prompts.messages("warning").isEmpty());
+
+    // The second holds no Dummies: a warning, and no dialog.
+    prompts.fileAnswers.enqueue(home.filePath("game/02.cat"));
+    TestImport dummies(prompts, texts, ImportKind::Dummies);
+    QVERIFY(!dummies.Run(QString()));
+    QVERIFY(!dummies.shown);
+    const auto warnings = prompts.messages("warning");
+    QCOMPARE(warnings.size(), 1);
+    QCOMPARE(warnings[0].caption, texts[59]);
+    QCOMPARE(warnings[0].text, texts[58] + "\ntypes\\Dummies.pck");
+    QCOMPARE(QDir(home.filePath("temp")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+}
+
+void TestImportDummy::nothingShownWhenNoTableIsRead()
+{
+    TempHome home;
+    ScriptedPrompter prompts; // no answer: the file dialog is cancelled
+    TestImport import(prompts, Texts(), ImportKind::Dummies);
+    QVERIFY(!import.Run(QString()));
+    prompts.fileAnswers.enqueue(home.filePath("no such table.txt"));
+    QVERIFY(!import.Run(QString()));
+    QVERIFY(!import.shown);
+}
+
+QTEST_MAIN(TestImportDummy)
+#include "tst_importdummy.moc"
