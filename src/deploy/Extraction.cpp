@@ -209,6 +209,11 @@ ExtractionResult ExtractPackage(const QString& packagePath, const QString& targe
     ShipPackage record;
     QFile file(packagePath);
     result.read = ReadPackage(file, work.path(), record, "Scripts", false);
+    if (result.read.failure == ReadFailure::CannotWrite) {
+        result.status = ExtractionStatus::WriteFailed; // the target's disk refused, not the package
+        result.entry = result.read.entry;
+        return result;
+    }
     if (!result.read.ok) {
         result.status = ExtractionStatus::ReadFailed;
         return result;
