@@ -1,6 +1,6 @@
 #include "app/DImportDummy.h"
 
-#include "app/core/ProgramDir.h"
+#include "core/ProgramDir.h"
 #include "catfs/transfer/GameFile.h"
 #include "forms/Prompter.h"
 
