@@ -55,3 +55,4 @@ hw_fuzz_harness(profile hw_balance)
 hw_fuzz_harness(scene hw_gamedata)
 
 hw_fuzz_harness(wizard_scene hw_wizard)
+hw_fuzz_harness(extract hw_deploy)

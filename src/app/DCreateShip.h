@@ -195,6 +195,22 @@ public slots:
     void Slot_ClearCockpitScene() override;
     void Slot_SelectPic() override;
 
+    // The rows for the game's tables: dummies, components and cockpits.
+    void Slot_ImportDummy() override;
+    void Slot_ImportComp() override;
+    void Slot_DummyMenu(QTreeWidgetItem* item, const QPoint& globalPos, int column);
+    void Slot_CompMenu(QTreeWidgetItem* item, const QPoint& globalPos, int column);
+    void Slot_CockpitMenu(QTreeWidgetItem* item, const QPoint& globalPos, int column);
+    void Slot_AddDummy();
+    void Slot_RemoveDummy();
+    void Slot_ChangeSection();
+    void Slot_ChangeData();
+    void ClearDummy();
+    void Slot_RemoveComp();
+    void ClearComp();
+    void Slot_RemoveCockpit();
+    void ClearCockpit();
+
 public:
     // The context menus a right click on `item` (null: no row) gets; the
     // caller runs and then destroys the menu.
@@ -202,6 +218,11 @@ public:
     std::unique_ptr<QMenu> BuildOtherMenu(QTreeWidgetItem* item);
     std::unique_ptr<QMenu> BuildScriptMenu(QTreeWidgetItem* item);
     std::unique_ptr<QMenu> BuildTextMenu(QTreeWidgetItem* item);
+    std::unique_ptr<QMenu> BuildDummyMenu(QTreeWidgetItem* item);
+    std::unique_ptr<QMenu> BuildCompMenu(QTreeWidgetItem* item);
+    std::unique_ptr<QMenu> BuildCockpitMenu(QTreeWidgetItem* item);
+    // The data of the dummy rows of section SDTYPE_GUN: the ship's gun bodies.
+    QStringList GunBodies() const;
 
 private:
     WindowContext Context();

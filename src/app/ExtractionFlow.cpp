@@ -2,6 +2,8 @@
 
 #include "app/WindowTexts.h"
 #include "core/AppSettings.h"
+#include "core/Services.h"
+#include "deploy/Extraction.h"
 #include "forms/Prompter.h"
 
 #include <QFileInfo>
@@ -55,7 +57,36 @@ void ExtractionFlow::ExtractTo(const QString& package, const QString& directory,
 
 void ExtractionFlow::Start()
 {
-    // The package is taken apart by the extraction of the deploy module once
-    // it lands; the window's state around it is complete.
+    ShowResult(ExtractPackage(m_source, m_target, m_context.settings.Prefix));
     m_endBusy();
+}
+
+void ExtractionFlow::ShowResult(const ExtractionResult& result)
+{
+    Prompter& prompter = m_context.prompter;
+    const QStringList ok{Text(Txt::Ok)};
+    switch (result.status) {
+    case ExtractionStatus::Extracted:
+        prompter.warning(m_context.parent, Text(Txt::Extracted),
+                         FormatMessage(Text(Txt::ExtractedText), m_source, m_target), ok);
+        return;
+    case ExtractionStatus::TargetMissing: // it went between the check and the work
+        prompter.warning(m_context.parent, Text(Txt::DirectoryNotFound),
+                         Text(Txt::DirectoryNotFound) + ":\n" + m_target, ok);
+        return;
+    case ExtractionStatus::ReadFailed:
+        prompter.warning(m_context.parent, Text(Txt::OpenFailed),
+                         result.read.failure == ReadFailure::UnsafeName
+                             ? FormatMessage(Extra(TxtExtra::UnsafeNameText), m_source, result.read.entry)
+                             : Text(Txt::OpenFailedText) + " " + m_source,
+                         ok);
+        return;
+    case ExtractionStatus::WriteFailed:
+        break;
+    }
+    const QString where = result.entry.isEmpty() ? m_target : m_target + "/" + result.entry;
+    const int text =
+        result.written.isEmpty() ? TxtExtra::ExtractWriteFailedText : TxtExtra::ExtractIncompleteText;
+    prompter.warning(m_context.parent, Extra(TxtExtra::ExtractWriteFailed),
+                     FormatMessage(Extra(text), m_source, where), ok);
 }

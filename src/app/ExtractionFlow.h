@@ -11,6 +11,8 @@
 
 #include <functional>
 
+struct ExtractionResult;
+
 class ExtractionFlow : public QObject
 {
     Q_OBJECT
@@ -31,11 +33,14 @@ public:
     void ExtractTo(const QString& package, const QString& directory, bool quiet);
 
 public slots:
-    // The work itself, for Source into Target.
+    // The work itself, for Source into Target, ending with its box: the
+    // result, or why the package could not be read or written.
     void Start();
 
 private:
+    void ShowResult(const ExtractionResult& result);
     const QString& Text(int index) const { return m_context.uiText[index]; }
+    const QString& Extra(int index) const { return m_context.uiTextExtra[index]; }
 
     WindowContext m_context;
     std::function<void(const QString&)> m_startBusy;

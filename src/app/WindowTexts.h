@@ -187,9 +187,23 @@ enum : int
     TextPageCaption = 226,
     TextPageLabel = 227,
 
+    // Dummies, components and cockpits.
+    MenuAddDummy = 113,
+    MenuRemoveDummy = 114,
+    MenuChangeSection = 115,
+    MenuChangeData = 116,
+    DummySectionCaption = 117,
+    DummySectionLabel = 118,
+    DummyDataCaption = 119,
+    DummyDataLabel = 120,
+    MenuRemoveComponent = 123,
+    MenuRemoveCockpit = 127,
+
     // Extraction.
     ExtractTargetCaption = 194,
     ExtractSourceCaption = 195,
+    Extracted = 196,
+    ExtractedText = 197,
     StatusExtracting = 198,
     DirectoryNotFound = 199,
 };
@@ -203,5 +217,9 @@ enum : int
     NewerFormatCaption = 1,
     NewerFormatText = 2,
     UnsafeNameText = 3,
+    // An extraction whose files could not all be written.
+    ExtractWriteFailed = 40,
+    ExtractWriteFailedText = 41,
+    ExtractIncompleteText = 42,
 };
 } // namespace TxtExtra

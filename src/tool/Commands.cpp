@@ -10,7 +10,8 @@ std::span<const SubCommand> AllCommands()
     static const std::vector<SubCommand> all = [] {
         std::vector<SubCommand> commands;
         for (const std::span<const SubCommand> group :
-             {CatalogCommands(), PackageCommands(), ShipTableCommands(), ShipCommands(), BalanceCommands()})
+             {CatalogCommands(), PackageCommands(), ExtractCommands(), ShipTableCommands(), ShipCommands(),
+              BalanceCommands()})
             commands.insert(commands.end(), group.begin(), group.end());
         return commands;
     }();

@@ -50,6 +50,9 @@ std::span<const SubCommand> ShipCommands();
 // The command that values a ship against a balance profile.
 std::span<const SubCommand> BalanceCommands();
 
+// The extraction of a ship package into loose files.
+std::span<const SubCommand> ExtractCommands();
+
 // Every command of the tool, in the order of the usage text.
 std::span<const SubCommand> AllCommands();
 

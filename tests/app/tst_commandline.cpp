@@ -94,7 +94,9 @@ void TestCommandLine::extractHereNeedsNoQuestion()
     DCreateShip& window = fixture.make();
     const QString package = fixture.home.filePath("game/a.xsp");
     QVERIFY(!window.ParseCommandLine({"-x " + package, "-d HERE"}));
-    QVERIFY(fixture.prompts->shown.isEmpty());
+    // No directory is asked for; the one box says that there is no package.
+    QCOMPARE(fixture.prompts->shown.size(), 1);
+    QCOMPARE(fixture.prompts->shown.first().caption, window.uiText()[63]);
     QCOMPARE(window.extraction().Source(), package);
     QCOMPARE(window.extraction().Target(), fixture.home.filePath("game"));
 }
