@@ -56,3 +56,4 @@ hw_fuzz_harness(scene hw_gamedata)
 
 hw_fuzz_harness(wizard_scene hw_wizard)
 hw_fuzz_harness(extract hw_deploy)
+hw_fuzz_harness(config hw_core)
