@@ -139,8 +139,9 @@ bool SaveProfile(const BalanceProfile& profile, const QString& profilesDir)
     QSaveFile file(profilesDir + u'/' + profile.FileName + u'.' + QLatin1String(ProfileExtension));
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    file.write(ProfileText(profile).toUtf8());
-    return file.commit();
+    // A short write (a full disk) must not be committed over the old file.
+    const QByteArray bytes = ProfileText(profile).toUtf8();
+    return file.write(bytes) == bytes.size() && file.commit();
 }
 
 QList<BalanceProfile> LoadProfiles(const QString& profilesDir)

@@ -1,6 +1,7 @@
 #include "package/PackageWriter.h"
 
 #include <QFile>
+#include <QSaveFile>
 #include <QFileInfo>
 
 #include <vector>
@@ -230,11 +231,11 @@ bool WriteUpdateNote(const ShipPackage& record, const QString& packagePath)
     const QFileInfo package(packagePath);
     QString name = record.Name;
     name.remove(' ');
-    QFile note(package.absolutePath() + "/" + name + ".dat");
-    if (!note.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    QSaveFile note(package.absolutePath() + "/" + name + ".dat");
+    if (!note.open(QIODevice::WriteOnly))
         return false;
     const QString text =
         "Script: " + record.Name + "\nVersion: " + record.Version + "\nFile: " + package.fileName() + "\n";
     const QByteArray bytes = text.toLocal8Bit();
-    return note.write(bytes) == bytes.size();
+    return note.write(bytes) == bytes.size() && note.commit();
 }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -132,6 +133,39 @@ bool WriteTarget(const QString& target, const QByteArray& content)
     return file.commit();
 }
 
+// A file or entry as stored: packed content stays packed, the scrambling of
+// the .dat is taken off.
+struct StoredFile
+{
+    QString path;
+    QByteArray bytes;
+};
+
+std::optional<QByteArray> ReadStored(const QString& path)
+{
+    CatFilePtr file(CatOpen(DriverPath(path).constData(), CatModeRead, 0, CatKindPlain));
+    QByteArray bytes;
+    if (!file || !ReadAll(file.get(), bytes))
+        return std::nullopt;
+    return bytes;
+}
+
+// Puts back what a failed copy removed. Best effort: the copy has already
+// failed, and each file is written whole or not at all.
+void RestoreStored(const QList<StoredFile>& files)
+{
+    for (const StoredFile& file : files) {
+        if (IsCatalogPath(file.path)) {
+            CatDelete(DriverPath(file.path).constData());
+            CatFilePtr entry(CatOpen(DriverPath(file.path).constData(), CatModeWrite, 1, CatKindPlain));
+            if (entry && WriteAll(entry.get(), file.bytes))
+                CatClose(entry.release());
+        } else {
+            WriteTarget(file.path, file.bytes);
+        }
+    }
+}
+
 } // namespace
 
 bool GameFileEntryIsContained(const QString& path)
@@ -173,29 +207,42 @@ bool GameFileCopyIn(QFile& source, const QString& path, bool packed)
     if (!ReadWholeSource(source, content))
         return false;
 
+    // What the new content replaces is kept as stored, so that a write that
+    // fails (a full disk) can put it back instead of losing it.
+    const QString stored = packed ? GameFilePackedName(path, true) : path;
+    const QString removed = GameFilePackedName(stored, false);
+    QList<StoredFile> previous;
+    for (const QString& name : {path, stored, removed})
+        if (std::optional<QByteArray> bytes = ReadStored(name))
+            if (std::none_of(previous.begin(), previous.end(),
+                             [&](const StoredFile& f) { return f.path == name; }))
+                previous.append({name, std::move(*bytes)});
+
     // CatOpen never truncates and would take an existing disk file as the
     // start of the new content, so a file on disk goes first.
     if (!IsCatalogPath(path))
         CatDelete(DriverPath(path).constData());
-
-    const QString stored = packed ? GameFilePackedName(path, true) : path;
     GameFileRemove(stored);
 
     const QByteArray driverPath = DriverPath(stored);
     CatFilePtr file(CatOpen(driverPath.constData(), CatModeWrite, 1, packed ? CatKindPacked : CatKindPlain));
-    if (!file)
+    if (!file) {
+        RestoreStored(previous);
         return false;
+    }
     // Only a plain model entry survives the removal above and opens with
     // content; the image of such an entry is left as it was by a failed write.
     const bool createdHere = CatSize(file.get()) == 0;
-    if (!WriteWholeContent(file.get(), content)) {
-        // Nothing half-written stays behind: a file or entry made here goes.
-        file.reset();
-        if (createdHere)
-            CatDelete(driverPath.constData());
-        return false;
-    }
-    return CatClose(file.release());
+    // The content reaches the disk only when the file closes.
+    if (WriteWholeContent(file.get(), content) && CatClose(file.release()))
+        return true;
+    // Nothing half-written stays behind: a file or entry made here goes, and
+    // what stood before comes back.
+    file.reset();
+    if (createdHere)
+        CatDelete(driverPath.constData());
+    RestoreStored(previous);
+    return false;
 }
 
 bool GameFileExtract(const QString& source, const QString& target, bool usePackedName, bool raw)
