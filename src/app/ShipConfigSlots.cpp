@@ -3,10 +3,15 @@
 
 #include "app/ShipConfigFlow.h"
 
+#include <QStatusBar>
+
 void DCreateShip::Slot_CustomiseShip()
 {
     DetectGameDirs();
     const CustomiseResult result = m_shipConfig->Run();
+    // Why the scene gave the dialog no nodes (missing, binary, too large).
+    if (!result.sceneMessage.isEmpty())
+        QMainWindow::statusBar()->showMessage(result.sceneMessage);
     if (!result.SaveSettings())
         return;
     // The base language and a game directory named in the dialog are kept

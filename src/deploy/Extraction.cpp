@@ -112,33 +112,6 @@ ExtractionResult MoveIn(const QString& work, const QString& target, ExtractionRe
     return result;
 }
 
-QString ReadFailureText(const PackageReadResult& read)
-{
-    if (read.check == PackageCheck::MissingIdentity)
-        return QStringLiteral("the package has no Name: or no Author: value");
-    if (read.check == PackageCheck::NewerFormat)
-        return QStringLiteral("the package was written in a newer format (Packager: above 1)");
-    switch (read.failure) {
-    case ReadFailure::CannotOpen:
-        return QStringLiteral("cannot open or read the file");
-    case ReadFailure::NotAPackage:
-        return QStringLiteral("not a ship package");
-    case ReadFailure::Damaged:
-        return read.entry.isEmpty()
-                   ? QStringLiteral("the package is damaged or truncated")
-                   : QStringLiteral("the package is damaged or truncated at %1").arg(read.entry);
-    case ReadFailure::TooLarge:
-        return QStringLiteral("the package declares more data than fits or than a package can hold");
-    case ReadFailure::UnsafeName:
-        return QStringLiteral("the package names a file outside the target: %1").arg(read.entry);
-    case ReadFailure::CannotWrite:
-        return QStringLiteral("cannot write the unpacked file %1").arg(read.entry);
-    case ReadFailure::None:
-        break;
-    }
-    return QStringLiteral("the package could not be read");
-}
-
 } // namespace
 
 QString ExtractionTableSuffix(const QString& shipName, bool prefix)
@@ -240,7 +213,8 @@ QString ExtractionFailureText(const ExtractionResult& result, const QString& pac
     case ExtractionStatus::TargetMissing:
         return QStringLiteral("%1: no such directory").arg(target);
     case ExtractionStatus::ReadFailed:
-        return QStringLiteral("%1: %2; nothing was written").arg(packagePath, ReadFailureText(result.read));
+        return QStringLiteral("%1: %2; nothing was written")
+            .arg(packagePath, PackageReadFailureText(result.read));
     case ExtractionStatus::WriteFailed:
         break;
     }

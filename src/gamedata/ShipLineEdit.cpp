@@ -104,7 +104,7 @@ struct Middle
     // Group numbers from 1; Pos and Index run through the entries' Count.
     void RenumberGroups()
     {
-        int counter = 1;
+        qint64 counter = 1; // 64-bit: a hostile line may hold huge counts
         for (int g = 0; g < groups.size(); ++g) {
             Group& group = groups[g];
             group.header[Number] = Num(g + 1);
@@ -296,11 +296,11 @@ QString UpdateLineGuns(const QString& line, int editedGroup)
     // Works on the fields in place, so that a line that ends early keeps its length.
     QStringList fields = line.split(Separator);
     const ShipLineLayout layout = LayoutOf(line);
-    int gunCounter = 1;
+    qint64 gunCounter = 1; // 64-bit: a hostile line may hold huge counts
     for (int g = 0; g < layout.groups.size(); ++g) {
         const GunGroupPlace& place = layout.groups[g];
         if (g == editedGroup) {
-            int guns = 0;
+            qint64 guns = 0;
             for (int entry = 0; entry < place.entries; ++entry)
                 guns += ReadInt(fields[place.FirstEntry() + EntrySize * entry + Count]);
             fields[place.header + 1 + Guns] = Num(guns);

@@ -442,3 +442,31 @@ PackageReadResult ReadPackage(QFile& file, const QString& baseDir, ShipPackage& 
     file.close();
     return result;
 }
+
+QString PackageReadFailureText(const PackageReadResult& read)
+{
+    if (read.check == PackageCheck::MissingIdentity)
+        return QStringLiteral("the package has no Name: or no Author: value");
+    if (read.check == PackageCheck::NewerFormat)
+        return QStringLiteral("the package was written in a newer format (Packager: above 1)");
+    switch (read.failure) {
+    case ReadFailure::CannotOpen:
+        return QStringLiteral("cannot open or read the file");
+    case ReadFailure::NotAPackage:
+        return QStringLiteral("not a ship package: neither a package stream nor LZMA data");
+    case ReadFailure::Damaged:
+        return read.entry.isEmpty()
+                   ? QStringLiteral("the package is damaged or truncated")
+                   : QStringLiteral("the package is damaged or truncated at %1").arg(read.entry);
+    case ReadFailure::TooLarge:
+        return QStringLiteral("the package declares more data than fits or than a package can hold");
+    case ReadFailure::UnsafeName:
+        return QStringLiteral("the package names a file outside the folder it unpacks into: %1")
+            .arg(read.entry);
+    case ReadFailure::CannotWrite:
+        return QStringLiteral("cannot write the unpacked file %1").arg(read.entry);
+    case ReadFailure::None:
+        break;
+    }
+    return QStringLiteral("the package could not be read");
+}

@@ -55,6 +55,10 @@ struct PackageReadResult
     QString entry; // the file name that made the read fail, where one did
 };
 
+// One line of English saying why a read failed, for the command line and the
+// log; the entry is named where one made the read fail.
+QString PackageReadFailureText(const PackageReadResult& read);
+
 // The stream of a package: lines and blocks from one position.
 class PackageStream
 {

@@ -38,33 +38,6 @@ const QStringList ManifestKeys = {"Name",         "Author",       "Version",    
                                   "Dummies",      "Components",   "Cockpits",     "SceneFile", "CockpitFile",
                                   "Models",       "Files",        "Scripts"};
 
-QString ReadFailureText(const PackageReadResult& read)
-{
-    if (read.check == PackageCheck::MissingIdentity)
-        return QStringLiteral("the package has no Name: or no Author: value");
-    if (read.check == PackageCheck::NewerFormat)
-        return QStringLiteral("the package was written in a newer format (Packager: above 1)");
-    switch (read.failure) {
-    case ReadFailure::CannotOpen:
-        return QStringLiteral("cannot open or read the file");
-    case ReadFailure::NotAPackage:
-        return QStringLiteral("not a ship package: neither a package stream nor LZMA data");
-    case ReadFailure::Damaged:
-        return read.entry.isEmpty()
-                   ? QStringLiteral("the package is damaged or truncated")
-                   : QStringLiteral("the package is damaged or truncated at %1").arg(read.entry);
-    case ReadFailure::TooLarge:
-        return QStringLiteral("the package declares more data than fits or than a package can hold");
-    case ReadFailure::UnsafeName:
-        return QStringLiteral("the package names a file outside its directory: %1").arg(read.entry);
-    case ReadFailure::CannotWrite:
-        return QStringLiteral("cannot write the unpacked file %1").arg(read.entry);
-    case ReadFailure::None:
-        break;
-    }
-    return QStringLiteral("the package could not be read");
-}
-
 QString Sha256Of(const QString& path)
 {
     QFile file(path);
@@ -150,7 +123,7 @@ int XspDump(const Invocation& call)
     ShipPackage record;
     const PackageReadResult read = ReadPackage(file, unpacked.path(), record, "Scripts", false);
     if (!read.ok)
-        return Fail(call, QStringLiteral("%1: %2").arg(path, ReadFailureText(read)));
+        return Fail(call, QStringLiteral("%1: %2").arg(path, PackageReadFailureText(read)));
     const QByteArray json =
         QJsonDocument(RecordToJson(record, unpacked.path())).toJson(QJsonDocument::Indented);
     std::fwrite(json.constData(), 1, size_t(json.size()), stdout);

@@ -2,6 +2,8 @@
 // -e, change it, save, and open it again; and the starts that end as normal
 // ones.
 #include "WindowFixture.h"
+#include "app/EditMode.h"
+#include "app/WindowTexts.h"
 #include "deploy/InstalledShipOpen.h"
 #include "package/InstalledShips.h"
 
@@ -14,6 +16,7 @@ private slots:
     void init();
     void editSaveAndReopen();
     void targetsThatOpenNothingGiveANormalStart();
+    void aFailedSaveKeepsTheWindowAndTheRegistry();
 
 private:
     QString game() const { return m_fixture->home.filePath("game"); }
@@ -36,7 +39,7 @@ void TestEditMode::editSaveAndReopen()
     DCreateShip& window = m_fixture->make();
     QVERIFY(window.ParseCommandLine({target("Hullwright~Kestrel")}));
     QCOMPARE(window.LineName->text(), QString("Kestrel"));
-    QVERIFY(window.windowTitle().contains(window.uiText()[200] + " (Kestrel - Hullwright)"));
+    QVERIFY(window.windowTitle().contains(window.uiText()[Txt::EditModeCaption] + " (Kestrel - Hullwright)"));
     // The scene came out of the mod catalog to where the form's field points.
     const QString scene = window.LineSceneFile->text();
     QVERIFY(scene.startsWith("<PACKAGE>/"));
@@ -70,22 +73,47 @@ void TestEditMode::targetsThatOpenNothingGiveANormalStart()
         DCreateShip& window = m_fixture->make();
         QVERIFY(window.ParseCommandLine({target(key)}));
         QVERIFY(window.editTarget().isEmpty());
-        QVERIFY(window.windowTitle().endsWith("[" + window.uiText()[30] + "]"));
+        QVERIFY(window.windowTitle().endsWith("[" + window.uiText()[Txt::NewShipCaption] + "]"));
         QVERIFY(window.ButSaveAs->isVisibleTo(&window) && window.LineID->isEnabled());
         // Only the registry that could not be read is worth a word.
         QCOMPARE(m_fixture->prompts->messages("warning").size(), key.startsWith("Hullwright") ? 1 : 0);
 
-        // Save is a package save again: it asks for a file.
         window.LineName->setText("N");
         window.LineAuthor->setText("A");
         window.LineID->setText("I");
         window.LineShipScene->setText("s");
         window.LineCockpitScene->setText("c");
+        // Save is a package save again: it asks for a file, and the caption
+        // follows the package.
+        const QString package = m_fixture->home.filePath(key.section('~', 0, 0) + ".xsp");
+        m_fixture->prompts->fileAnswers.enqueue(package);
         window.Slot_Save();
-        QCOMPARE(m_fixture->prompts->shown.last().kind, QString("saveFile"));
+        QVERIFY(m_fixture->prompts->fileAnswers.isEmpty());
+        QTRY_VERIFY(window.windowTitle().endsWith("[" + package + "]"));
         m_fixture->prompts->shown.clear();
     }
     QCOMPARE(ReadFile(game() + "/ShipInstall/ships.dat"), registry + QByteArray("\xff\0junk\n", 7));
+}
+
+void TestEditMode::aFailedSaveKeepsTheWindowAndTheRegistry()
+{
+    DCreateShip& window = m_fixture->make();
+    QVERIFY(window.ParseCommandLine({target("Hullwright~Kestrel")}));
+    window.show();
+    window.LineVersion->setText("3.0");
+    // Another program changes the registry after the ship was opened.
+    const QByteArray changed = ReadFile(game() + "/ShipInstall/ships.dat") + "Comment: added elsewhere\n";
+    QVERIFY(WriteFile(game() + "/ShipInstall/ships.dat", changed));
+
+    window.Slot_Save();
+    QTRY_COMPARE(m_fixture->prompts->messages("warning").size(), 1);
+    const auto boxes = m_fixture->prompts->messages("warning");
+    QCOMPARE(boxes[0].caption, window.uiTextExtra()[EditModeText::NotSavedCaption]);
+    QCOMPARE(ReadFile(game() + "/ShipInstall/ships.dat"), changed);
+    // Nothing typed is lost: the window stays, still editing the ship.
+    QVERIFY(window.isVisible());
+    QCOMPARE(window.LineVersion->text(), QString("3.0"));
+    QVERIFY(!window.editTarget().isEmpty());
 }
 
 QTEST_MAIN(TestEditMode)

@@ -24,6 +24,7 @@ class TestExtractFlow : public QObject
     Q_OBJECT
 private slots:
     void commandLineExtractsAndShowsTheResult();
+    void menuExtractionLeavesTheDocument();
     void failuresSayWhy();
 };
 
@@ -37,10 +38,31 @@ void TestExtractFlow::commandLineExtractsAndShowsTheResult()
     QVERIFY(!window.ParseCommandLine({"-x " + package, "-d HERE"}));
     const auto boxes = fixture.prompts->messages("warning");
     QCOMPARE(boxes.size(), 1);
-    QCOMPARE(boxes[0].caption, window.uiText()[196]);
-    QCOMPARE(boxes[0].text, FormatMessage(window.uiText()[197], package, dir));
+    QCOMPARE(boxes[0].caption, window.uiText()[Txt::Extracted]);
+    QCOMPARE(boxes[0].text, FormatMessage(window.uiText()[Txt::ExtractedText], package, dir));
     QCOMPARE(ReadFile(dir + "/objects/flow.pbd"), QByteArray("model"));
     QVERIFY(QFile::exists(dir + "/types/TShips_FlowShip.txt")); // the Prefix setting names the table
+}
+
+void TestExtractFlow::menuExtractionLeavesTheDocument()
+{
+    WindowFixture fixture;
+    DCreateShip& window = fixture.make();
+    window.TextRaw->setPlainText("1;2;SS_SH_MINE");
+    const bool modified = window.IsModified();
+    const QString package = WritePackage(fixture.home, "Model: 0 5 objects/flow.pbd\nmodel\n");
+    const QString target = fixture.home.filePath("out");
+    QVERIFY(QDir().mkpath(target));
+    fixture.prompts->fileAnswers.enqueue(package);
+    fixture.prompts->fileAnswers.enqueue(target);
+
+    window.Slot_ExtractShip(); // the work itself waits for the timer
+    QTRY_COMPARE(fixture.prompts->messages("warning").size(), 1);
+    QCOMPARE(ReadFile(target + "/objects/flow.pbd"), QByteArray("model"));
+    QVERIFY(ReadFile(target + "/types/TShips.txt").contains("SS_SH_FLOW"));
+    // The package went into a record of its own: the window's document stays.
+    QCOMPARE(window.TextRaw->toPlainText(), QString("1;2;SS_SH_MINE"));
+    QCOMPARE(window.IsModified(), modified);
 }
 
 void TestExtractFlow::failuresSayWhy()

@@ -426,6 +426,18 @@ void TestConfigShip::brokenLinesOpenAndKeepTheirLength()
     DConfigShip& d = fixture.open(noPositions.join(';'));
     QCOMPARE(d.ListTurrets->topLevelItemCount(), 0);
     QCOMPARE(d.BuildShipLine(), d.Line);
+
+    // A class that data/classes has no row for falls on the first class, as
+    // every box does with a value it has no item for; with no rows at all the
+    // line keeps its class id.
+    const QString odd =
+        SetShipField(SetShipField(halberd, ShipLineField::ShipClass, "3"), ShipLineField::ClassId, "777");
+    fixture.classes = fixture.classes.mid(0, 1);
+    const QString firstClass = fixture.open(odd).BuildShipLine();
+    QCOMPARE(ShipField(firstClass, ShipLineField::ShipClass), QString("0"));
+    QCOMPARE(ShipFieldInt(firstClass, ShipLineField::ClassId), fixture.classes[0].Id);
+    fixture.classes.clear();
+    QCOMPARE(ShipField(fixture.open(odd).BuildShipLine(), ShipLineField::ClassId), QString("777"));
 }
 
 QTEST_MAIN(TestConfigShip)

@@ -8,6 +8,7 @@
 #include "core/ProgramDir.h"
 #include "gamedata/CockpitTable.h"
 
+#include <QStatusBar>
 #include <QtTest>
 
 class TestCustomiseWindow : public QObject
@@ -52,7 +53,10 @@ void TestCustomiseWindow::acceptWritesTheFormAndCancelOnlyTheLanguage()
     QCOMPARE(window.ListCockpit->topLevelItem(0)->text(0), QString("SS_COCKPIT_MINE"));
     QVERIFY(window.IsModified());
 
-    // A cancel from the menu leaves the form, but the base language chosen stays.
+    // A cancel from the menu leaves the form, but the base language chosen
+    // stays; a scene that cannot be read is named in the status bar.
+    const QString missingScene = fixture.home.filePath("objects/none.bod");
+    window.LineSceneFile->setText(missingScene);
     window.shipConfig().runDialog = [](DConfigShip& dialog) {
         dialog.SpinHull->setValue(1);
         dialog.Slot_BaseLang("49");
@@ -62,6 +66,7 @@ void TestCustomiseWindow::acceptWritesTheFormAndCancelOnlyTheLanguage()
     QCOMPARE(window.TextRaw->toPlainText(), built);
     QCOMPARE(window.ListCockpit->topLevelItemCount(), 1);
     QCOMPARE(window.settings().BaseLang, QString("49"));
+    QVERIFY(window.QMainWindow::statusBar()->currentMessage().contains(missingScene));
     const AppSettings saved =
         ReadSettingsFile(ProgramPath("/config.dat"), [](const QString&) { return true; });
     QCOMPARE(saved.BaseLang, QString("49"));

@@ -54,6 +54,12 @@ struct ProgramRun
 ProgramRun RunProgram(const QString& program, const QStringList& arguments, const QString& workingDir = {},
                       int timeoutMs = 180000);
 
+// Runs the built hwtool (HW_BIN_DIR) with `arguments`.
+inline ProgramRun Hwtool(const QStringList& arguments)
+{
+    return RunProgram(qEnvironmentVariable("HW_BIN_DIR") + "/hwtool", arguments);
+}
+
 // Sets an environment variable (a null value unsets it) for the life of the
 // object, and puts back what stood before.
 class ScopedEnv

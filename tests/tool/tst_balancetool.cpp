@@ -14,22 +14,6 @@
 
 namespace {
 
-struct Run
-{
-    int code = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Run Hwtool(const QStringList& arguments)
-{
-    QProcess process;
-    process.start(qEnvironmentVariable("HW_BIN_DIR") + "/hwtool", arguments);
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
 const QString kSource = qEnvironmentVariable("HW_SOURCE_DIR");
 const QString kProfile = kSource + "/data/Profiles/m3_fighter.xbp";
 const QString kTable = kSource + "/samples/game-src/types/TShips.txt";
@@ -47,7 +31,7 @@ private slots:
 void TestBalanceTool::reportIsTheModels()
 {
     const QString id = "SS_SH_SAMPLE_LANCE_RAIDER";
-    const Run run = Hwtool({"balance", kProfile, kTable, id});
+    const ProgramRun run = Hwtool({"balance", kProfile, kTable, id});
     QCOMPARE(run.code, 0);
     const QJsonObject json = QJsonDocument::fromJson(run.out).object();
     const BalanceProfile profile = *LoadProfile(kProfile);
@@ -89,7 +73,7 @@ void TestBalanceTool::badInputFails()
         {{"balance", kProfile, dir.filePath("empty.cat"), "SS_SH_SAMPLE_LANCE"}, "holds no"},
     };
     for (const auto& [arguments, reason] : cases) {
-        const Run run = Hwtool(arguments);
+        const ProgramRun run = Hwtool(arguments);
         QCOMPARE(run.code, 1);
         QVERIFY2(run.err.contains(reason.toUtf8()) && run.out.isEmpty(), run.err.constData());
     }

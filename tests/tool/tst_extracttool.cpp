@@ -8,30 +8,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
-
-struct Run
-{
-    int code = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Run Hwtool(const QStringList& arguments)
-{
-    QProcess process;
-    process.start(qEnvironmentVariable("HW_BIN_DIR") + "/hwtool", arguments);
-    Run run;
-    if (!process.waitForFinished(60000))
-        return run;
-    run.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = process.readAllStandardError();
-    return run;
-}
-
-} // namespace
-
 class TestExtractTool : public QObject
 {
     Q_OBJECT
@@ -49,7 +25,7 @@ void TestExtractTool::extractsAndListsTheFiles()
                       "Cockpit: 0;0;0;0;0;0;0;4512;0;0;0;0;0;0;0;-100000;0;0;SS_COCKPIT_T;\n"));
     QVERIFY(QDir().mkpath(dir.filePath("out")));
 
-    const Run run = Hwtool({"xsp-extract", dir.filePath("ship.xsp"), dir.filePath("out"), "--prefix"});
+    const ProgramRun run = Hwtool({"xsp-extract", dir.filePath("ship.xsp"), dir.filePath("out"), "--prefix"});
     QCOMPARE(run.code, 0);
     QVERIFY(run.err.isEmpty());
     QCOMPARE(run.out, QByteArray("objects/m.pbd\ntypes/TCockpits_ToolShip.txt\ntypes/TShips_ToolShip.txt\n"));
@@ -63,7 +39,7 @@ void TestExtractTool::exitCodesTellWhatWentWrong()
     QVERIFY(WriteFile(dir.filePath("not.xsp"), "neither a package nor LZMA data"));
     QVERIFY(QDir().mkpath(dir.filePath("out")));
 
-    Run run = Hwtool({"xsp-extract", dir.filePath("not.xsp"), dir.filePath("out")});
+    ProgramRun run = Hwtool({"xsp-extract", dir.filePath("not.xsp"), dir.filePath("out")});
     QCOMPARE(run.code, 1);
     QVERIFY2(run.err.contains("not a ship package"), run.err.constData());
     QVERIFY(QDir(dir.filePath("out")).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));

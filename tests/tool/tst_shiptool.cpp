@@ -14,26 +14,6 @@
 
 namespace {
 
-struct Run
-{
-    int code = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Run Hwtool(const QStringList& arguments)
-{
-    QProcess process;
-    process.start(qEnvironmentVariable("HW_BIN_DIR") + "/hwtool", arguments);
-    Run run;
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-        return run;
-    run.code = process.exitCode();
-    run.out = process.readAllStandardOutput();
-    run.err = process.readAllStandardError();
-    return run;
-}
-
 QString SampleTable()
 {
     return qEnvironmentVariable("HW_SOURCE_DIR") + "/samples/game-src/types/TShips.txt";
@@ -69,7 +49,7 @@ private slots:
 void TestShipTool::listsEveryShipOfPlainAndPackedTables()
 {
     const QStringList lines = DataLines(SampleTable());
-    const Run plain = Hwtool({"ships", SampleTable()});
+    const ProgramRun plain = Hwtool({"ships", SampleTable()});
     QCOMPARE(plain.code, 0);
     const QStringList rows = QString::fromUtf8(plain.out).split('\n', Qt::SkipEmptyParts);
     QCOMPARE(rows.size(), lines.size() + 1); // a heading, then one row a ship
@@ -86,7 +66,7 @@ void TestShipTool::listsEveryShipOfPlainAndPackedTables()
     const QString game = qEnvironmentVariable("HW_SAMPLE_GAME_DIR");
     if (game.isEmpty() || !QFile::exists(game + "/01.cat"))
         QSKIP("the sample game is not built");
-    const Run packed = Hwtool({"ships", game + "/01.cat::types\\TShips.pck"});
+    const ProgramRun packed = Hwtool({"ships", game + "/01.cat::types\\TShips.pck"});
     QCOMPARE(packed.code, 0);
     QCOMPARE(packed.out, plain.out);
 }
@@ -94,7 +74,7 @@ void TestShipTool::listsEveryShipOfPlainAndPackedTables()
 void TestShipTool::showsAShipAsJsonByIdAndByRow()
 {
     const QStringList lines = DataLines(SampleTable());
-    const Run byId = Hwtool({"ship", SampleTable(), "SS_SH_SAMPLE_BASTION"});
+    const ProgramRun byId = Hwtool({"ship", SampleTable(), "SS_SH_SAMPLE_BASTION"});
     QCOMPARE(byId.code, 0);
     const QJsonObject ship = QJsonDocument::fromJson(byId.out).object();
     const int row = ship["row"].toInt();
@@ -130,7 +110,7 @@ void TestShipTool::showsAShipAsJsonByIdAndByRow()
     for (int i = 1; i < real.size(); ++i)
         if (real[i].size() > real[longest].size())
             longest = i;
-    const Run big = Hwtool({"ship", corpus, QString::number(longest)});
+    const ProgramRun big = Hwtool({"ship", corpus, QString::number(longest)});
     QCOMPARE(big.code, 0);
     const QJsonObject bigShip = QJsonDocument::fromJson(big.out).object();
     QCOMPARE(bigShip["id"].toString(), bigShip["tail"]["ShipId"].toString());
@@ -153,13 +133,13 @@ void TestShipTool::refusesUnknownShipsAndBrokenLines()
     const QString table = dir.filePath("TShips.txt");
     QVERIFY(WriteFile(table, ("48;4;\n" + broken.join('\n') + "\n").toUtf8()));
 
-    const Run list = Hwtool({"ships", table});
+    const ProgramRun list = Hwtool({"ships", table});
     QCOMPARE(list.code, 0); // a listing shows what it can of every line
     QCOMPARE(QString::fromUtf8(list.out).count('\n'), 5);
 
     QCOMPARE(Hwtool({"ship", table, "0"}).code, 0);
     for (const QString& wanted : {QString("1"), QString("2"), QString("3"), QString("SS_NOT_THERE")}) {
-        const Run run = Hwtool({"ship", table, wanted});
+        const ProgramRun run = Hwtool({"ship", table, wanted});
         QCOMPARE(run.code, 1);
         QVERIFY(run.out.isEmpty());
         QCOMPARE(run.err.count('\n'), 1);

@@ -220,6 +220,21 @@ private slots:
         QCOMPARE(list->topLevelItemCount(), 0);
         wizard->Slot_AddLanguage(); // declined by the scripted dialog
         QVERIFY(wizard->Session().Texts().isEmpty());
+
+        // A whole directory: the page chosen, in each language that has it.
+        QVERIFY(WriteFile(dir.filePath("447001.xml"),
+                          "<language id=\"44\"><page id=\"17\"><t id=\"9101\">Hawk</t></page></language>"));
+        QVERIFY(WriteFile(dir.filePath("440005.xml"),
+                          "<language id=\"44\"><page id=\"17\"><t id=\"9101\">Other</t></page></language>"));
+        m_prompts.fileAnswers.enqueue(dir.path());
+        m_prompts.inputAnswers.enqueue(QString("7001"));
+        wizard->Slot_ImportDir();
+        QStringList names;
+        for (const auto& text : wizard->Session().Texts())
+            names.append(text.Name);
+        names.sort();
+        QCOMPARE(names, QStringList({"Falke", "Hawk"}));
+        QCOMPARE(list->topLevelItemCount(), 2);
     }
 
     void runsAsTheWindowStartsIt()
