@@ -3,8 +3,10 @@
 // real tool would, or fail, or stay silent, or hang.
 #include "CatalogFiles.h"
 #include "deploy/ModelCompiler.h"
+#include "deploy/ModelTextures.h"
 #include "package/ShipPackage.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -18,10 +20,11 @@ namespace {
 // How a fake tool behaves.
 enum class ToolKind
 {
-    Good,     // prints the success words and writes the target
-    CutFails, // the --cut try writes half a target and fails; --bob succeeds
-    Silent,   // writes a target but prints nothing
-    Hangs,    // logs its process id to "pids" in its directory and never ends
+    Good,       // prints the success words and writes the target
+    CutFails,   // the --cut try writes half a target and fails; --bob succeeds
+    Silent,     // writes a target but prints nothing
+    Hangs,      // logs its process id to "pids" in its directory and never ends
+    Decompiles, // -d writes a text model with one material into its target
 };
 
 QByteArray ScriptBody(ToolKind kind)
@@ -38,6 +41,10 @@ QByteArray ScriptBody(ToolKind kind)
         break;
     case ToolKind::Silent:
         body += "printf junk > \"$4\"\n";
+        break;
+    case ToolKind::Decompiles:
+        body += "printf 'MATERIAL6: 1; 0x2000000; 23; tex; 1; From_Binary.dds;\\n' > \"$3\"\n"
+                "echo 'model decompiled successfully'\n";
         break;
     case ToolKind::Hangs:
         body += "printf '%s\\n' $$ >> pids\nexec /bin/sleep 120\n";
@@ -110,6 +117,7 @@ private slots:
     void hangingToolIsKilledAfterTheTimeOut();
     void unreadableSourceLeavesNoStaleCopy();
     void successWordsEndALine();
+    void texturesOfTextAndBinaryModels();
 };
 
 void TestModelCompiler::compilesWithTheCutTryAndPacks()
@@ -357,6 +365,26 @@ void TestModelCompiler::successWordsEndALine()
     QVERIFY(!OutputHasSuccessWords("file decompiled successfully\n", X2bcCompiledWords));
     QVERIFY(OutputHasSuccessWords("file decompiled successfully\n", X2bcDecompiledWords));
     QVERIFY(!OutputHasSuccessWords("", X2bcCompiledWords));
+}
+
+// The texture scan of a mod's models: a text model is read as it is, a
+// binary one through x2bc; without the tool a binary model names nothing.
+void TestModelCompiler::texturesOfTextAndBinaryModels()
+{
+    QTemporaryDir mod, work;
+    QVERIFY(catalogfiles::WritePair(
+        mod.filePath("mod"), {{"objects/ships/text.bod",
+                               "// a comment\nMATERIAL6: 2; 0x2000000; 5; tex; 1; Plain.DDS; 1;\nrest\n"},
+                              {"objects/ships/binary.bob", "BOB1 binary"}}));
+    FakeTool tool(ToolKind::Decompiles);
+    TextureScanSetup setup{mod.filePath("mod.cat"), work.path(), tool.path()};
+    const QStringList models = {"objects\\ships\\binary.bob", "objects\\ships\\text.bod",
+                                "objects\\ships\\absent.bod"};
+    QCOMPARE(ScanModelTextures(setup, models), QStringList({"from_binary.dds", "plain.dds"}));
+    QVERIFY(QDir(work.path()).isEmpty());
+
+    setup.X2bcPath.clear();
+    QCOMPARE(ScanModelTextures(setup, models), QStringList({"plain.dds"}));
 }
 
 QTEST_GUILESS_MAIN(TestModelCompiler)
