@@ -80,7 +80,7 @@ QString RandomNumberText(QRandomGenerator& r, int32_t min, int32_t max)
     if (r.bounded(6) == 0)
         return QLatin1String(odd[r.bounded(int(std::size(odd)))]);
     if (r.bounded(6) == 0)
-        return QString::number(r.bounded(kIntMin, kIntMax));
+        return QString::number(qint32(r.generate())); // any 32-bit value
     const int64_t span = int64_t(max) - min;
     return QString::number(int64_t(min) - span / 4 - 10 + int64_t(r.generateDouble() * double(span * 3 / 2 + 20)));
 }
