@@ -7,6 +7,7 @@
 #include "gamedata/CockpitTable.h"
 #include "gamedata/GroupedTables.h"
 #include "gamedata/ShipLine.h"
+#include "gamedata/ShipLineEdit.h"
 #include "gamedata/TypesFile.h"
 #include "gamedata/WeaponTables.h"
 
@@ -74,6 +75,15 @@ void CheckShipLine(const QString& line)
                 ShipField(settled.Data, ShipLineField::CockpitScene) == "cockpit",
             "settling lost the id or the scenes:", line);
     Require(!ShipFields(line, 0, -1).endsWith(u';'), "a run of fields ends in ';':", line);
+
+    // The configuration dialog's edits of the middle, on whatever a table holds.
+    Require(UpdateLineGuns(line, 0).count(u';') == line.count(u';'),
+            "numbering the guns changed the fields:", line);
+    if (WalkShipLine(line) == LineWalk::Complete) {
+        for (const QString& edited : {AddTurret(line, 1), AddGunEntry(line, 0), RemoveGunEntry(line, 0, 0)})
+            Require(edited == line || WalkShipLine(edited) == LineWalk::Complete,
+                    "an edit left a line that cannot be walked:", line);
+    }
 }
 
 void CheckTypesTable(const QString& text)

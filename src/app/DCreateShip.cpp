@@ -168,7 +168,7 @@ void DCreateShip::UpdateCaption()
     // Edit mode sets the caption once when it starts.
     if (!m_editTarget.isEmpty())
         return;
-    const QString head = "X3 - Hullwright V" + QString::asprintf("%.2f", 2.0);
+    const QString head = WindowCaptionHead();
     const QString& file = m_document->CurrentFile();
     if (file.isEmpty())
         setWindowTitle(head + " [" + m_uiText[Txt::NewShipCaption] + "]");

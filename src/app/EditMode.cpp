@@ -49,9 +49,8 @@ bool EditMode::Start(const QString& editTarget)
 
 void EditMode::LockForm(const ShipPackage& record)
 {
-    m_context.parent->setWindowTitle("X3 - Hullwright V" + QString::asprintf("%.2f", 2.0) + " [" +
-                                     m_context.uiText[Txt::EditModeCaption] + " (" + record.Name + " - " +
-                                     record.Author + ")]");
+    m_context.parent->setWindowTitle(WindowCaptionHead() + " [" + m_context.uiText[Txt::EditModeCaption] +
+                                     " (" + record.Name + " - " + record.Author + ")]");
     for (QWidget* hidden : std::initializer_list<QWidget*>{m_form.MenuBar, m_form.Toolbar, m_form.ButSaveAs,
                                                            m_form.ButImport, m_form.ButLoad})
         hidden->hide();

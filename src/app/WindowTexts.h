@@ -3,6 +3,14 @@
 // language file says beside each text where it is shown.
 #pragma once
 
+#include <QString>
+
+// The head of every caption of the main window: the program and its version.
+inline QString WindowCaptionHead()
+{
+    return QStringLiteral("X3 - Hullwright V") + QString::asprintf("%.2f", 2.0);
+}
+
 namespace Txt {
 enum : int
 {
