@@ -10,6 +10,7 @@
 // game; the reference unpacks each English page from memory (descramble and
 // inflate) and runs a QXmlStreamReader over it with no handler work. Each time
 // is the best of N runs. The target is a ratio of at most 2.
+#include "BenchCatalog.h"
 #include "BenchTiming.h"
 #include "app/DCreateShip.h"
 #include "catfs/CatDriver.h"
@@ -63,41 +64,6 @@ QByteArray MakePage(qint64 size, int firstId, quint32 seed)
     }
     return xml + "</page>\n</language>\n";
 }
-
-// A catalog pair written in one go, in the game's format: the .cat is the
-// .dat's name and a "<name> <size>" line per entry, byte i XORed with
-// (0x5A + i); the .dat holds the entries one behind the other, every byte
-// XORed with 0xA7. Written directly, since adding 40,000 entries one by one
-// through the driver commits each to disk.
-class CatalogWriter
-{
-public:
-    void add(QString name, const QByteArray& bytes)
-    {
-        name.replace('\\', '/');
-        m_text += name.toUtf8() + ' ' + QByteArray::number(bytes.size()) + '\n';
-        m_data += bytes;
-    }
-
-    bool write(const QString& catalogPath) const
-    {
-        const QString dataPath = catalogPath.left(catalogPath.size() - 3) + "dat";
-        QByteArray text = QFileInfo(dataPath).fileName().toUtf8() + '\n' + m_text;
-        for (qsizetype i = 0; i < text.size(); ++i)
-            text[i] = char(uint8_t(text[i]) ^ uint8_t(CatCatalogKey + i));
-        QByteArray data = m_data;
-        for (char& byte : data)
-            byte = char(uint8_t(byte) ^ CatDataKey);
-        QFile cat(catalogPath);
-        QFile dat(dataPath);
-        return cat.open(QIODevice::WriteOnly) && cat.write(text) == text.size() &&
-               dat.open(QIODevice::WriteOnly) && dat.write(data) == data.size();
-    }
-
-private:
-    QByteArray m_text;
-    QByteArray m_data;
-};
 
 // Packs `plain` through the transfer layer and returns the packed bytes, as the
 // game stores a .pck.

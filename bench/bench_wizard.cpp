@@ -16,6 +16,7 @@
 // (the mod's language pages read), with every list shown. Each run takes
 // another ship. The reference is GameFileList of the catalog. Each time is
 // the best of N runs; the target is at most 1 second for the wizard.
+#include "BenchCatalog.h"
 #include "BenchTiming.h"
 #include "catfs/CatDriver.h"
 #include "catfs/transfer/GameFile.h"
@@ -42,43 +43,6 @@ constexpr int kShips = 400;
 constexpr int kBodies = 20;
 constexpr int kTextures = 20;
 constexpr double kTargetSeconds = 1.0;
-
-// The catalog pair written in one go in the game's format (a "<name> <size>"
-// line per entry in the .cat, byte i XORed with 0x5A + i; the entries one
-// behind the other in the .dat, XORed with 0xA7): adding 20,000 entries
-// through the driver would commit each to disk.
-class CatalogWriter
-{
-public:
-    void add(QString name, const QByteArray& bytes)
-    {
-        name.replace('\\', '/');
-        m_text += name.toUtf8() + ' ' + QByteArray::number(bytes.size()) + '\n';
-        m_data += bytes;
-        ++m_count;
-    }
-    int count() const { return m_count; }
-
-    bool write(const QString& catalogPath) const
-    {
-        const QString dataPath = catalogPath.left(catalogPath.size() - 3) + "dat";
-        QByteArray text = QFileInfo(dataPath).fileName().toUtf8() + '\n' + m_text;
-        for (qsizetype i = 0; i < text.size(); ++i)
-            text[i] = char(uint8_t(text[i]) ^ uint8_t(CatCatalogKey + i));
-        QByteArray data = m_data;
-        for (char& byte : data)
-            byte = char(uint8_t(byte) ^ CatDataKey);
-        QFile cat(catalogPath);
-        QFile dat(dataPath);
-        return cat.open(QIODevice::WriteOnly) && cat.write(text) == text.size() &&
-               dat.open(QIODevice::WriteOnly) && dat.write(data) == data.size();
-    }
-
-private:
-    QByteArray m_text;
-    QByteArray m_data;
-    int m_count = 0;
-};
 
 // `plain` as a packed file: the lead byte and the scrambled gzip stream.
 QByteArray Packed(const QByteArray& plain)
