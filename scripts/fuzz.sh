@@ -12,7 +12,11 @@
 # checked-in seeds of fuzz/corpus/<name>: a finding's reproducer is added
 # there by hand once it is fixed. The fuzzers run at the lowest priority; an
 # input that takes longer than FUZZ_TIMEOUT seconds of wall time (default
-# 120, generous for a busy machine) counts as a finding.
+# 120, generous for a busy machine) counts as a finding. libFuzzer's own leak
+# check after each input is off (FUZZ_DETECT_LEAKS=1 turns it on): with Qt's
+# lazily made globals it scans the heap nearly every time and slows a harness
+# a hundredfold; leaks are found by scripts/sanitize.sh, which replays every
+# corpus under LeakSanitizer.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -47,6 +51,7 @@ for name in "${names[@]}"; do
   echo "== fuzz_$name for $seconds s (log: $log)"
   status=0
   nice -n 19 "$binary" -max_total_time="$seconds" -timeout="${FUZZ_TIMEOUT:-120}" -print_final_stats=1 \
+    -detect_leaks="${FUZZ_DETECT_LEAKS:-0}" \
     -artifact_prefix="build-fuzz/findings/$name-" \
     "build-fuzz/corpus/$name" "fuzz/corpus/$name" >"$log" 2>&1 || status=$?
   executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
