@@ -3,7 +3,6 @@
 #include "app/GameTextStore.h"
 #include "app/TableListControllers.h"
 #include "core/AppSettings.h"
-#include "shipconfig/GunBodies.h"
 
 #include <QLineEdit>
 #include <QTextEdit>
@@ -18,17 +17,13 @@ ShipConfigFlow::ShipConfigFlow(WindowContext context, QTextEdit* shipLine, QLine
 
 CustomiseResult ShipConfigFlow::Run()
 {
-    QList<QStringList> dummyRows;
-    for (const DummyEntry& dummy : m_dummies.Rows())
-        dummyRows.append({dummy.Section, dummy.Data});
-
     CustomiseRequest request;
     request.parent = m_context.parent;
     request.prompter = &m_context.prompter;
     request.uiText = &m_context.uiText;
     request.shipLine = m_shipLine->toPlainText();
     request.cockpits = m_cockpits.Rows();
-    request.packageGunLines = PackageGunLines(dummyRows);
+    request.packageGunLines = m_dummies.GunBodies();
     request.sceneFile = m_sceneFile->text();
     request.baseLanguage = m_context.settings.BaseLang;
     request.gameDirs = m_context.settings.GameDirs;

@@ -12,33 +12,36 @@
 
 namespace {
 
-QString Numbers(std::initializer_list<int32_t> values)
+// The keys whose value is a ";"-separated list of numbers, in the order they
+// are written, with the fields they fill.
+struct NumberKey
 {
-    QStringList pieces;
-    for (const int32_t value : values)
-        pieces.append(QString::number(value));
-    return pieces.join(u';');
-}
+    const char* name;
+    int count;
+    int32_t BalanceProfile::*fields[4];
+};
+const NumberKey NumberKeys[] = {
+    {"Accel", 2, {&BalanceProfile::AccelMin, &BalanceProfile::AccelMax}},
+    {"Speed", 2, {&BalanceProfile::SpeedMin, &BalanceProfile::SpeedMax}},
+    {"Turning", 2, {&BalanceProfile::TurnMin, &BalanceProfile::TurnMax}},
+    {"Tuning", 2, {&BalanceProfile::TuningMin, &BalanceProfile::TuningMax}},
+    {"Reactor", 2, {&BalanceProfile::ReactorMin, &BalanceProfile::ReactorMax}},
+    {"Weapon", 2, {&BalanceProfile::WeaponMin, &BalanceProfile::WeaponMax}},
+    {"WeaponRecharge", 2, {&BalanceProfile::RechargeMin, &BalanceProfile::RechargeMax}},
+    {"Cargo",
+     4,
+     {&BalanceProfile::CargoMin, &BalanceProfile::CargoMax, &BalanceProfile::CargoAvg,
+      &BalanceProfile::CargoDiff}},
+    {"Shield",
+     4,
+     {&BalanceProfile::ShieldMinType, &BalanceProfile::ShieldMinCount, &BalanceProfile::ShieldMaxType,
+      &BalanceProfile::ShieldMaxCount}},
+    {"Hull", 2, {&BalanceProfile::HullMin, &BalanceProfile::HullMax}},
+};
 
-// Piece `index` of a ";"-separated value, as a number; 0 when it is missing
-// or no number.
-int32_t Piece(const QString& value, int index)
+QString KeyOf(const NumberKey& key)
 {
-    return ReadInt(value.section(u';', index, index));
-}
-
-void ReadPair(const QString& value, int32_t& first, int32_t& second)
-{
-    first = Piece(value, 0);
-    second = Piece(value, 1);
-}
-
-void ReadFour(const QString& value, int32_t& a, int32_t& b, int32_t& c, int32_t& d)
-{
-    a = Piece(value, 0);
-    b = Piece(value, 1);
-    c = Piece(value, 2);
-    d = Piece(value, 3);
+    return QLatin1String(key.name) + u':';
 }
 
 void ReadLine(const QString& line, BalanceProfile& profile)
@@ -52,27 +55,13 @@ void ReadLine(const QString& line, BalanceProfile& profile)
         profile.Class = ReadInt(value);
     else if (key == u"variant:")
         profile.Variant = ReadInt(value);
-    else if (key == u"accel:")
-        ReadPair(value, profile.AccelMin, profile.AccelMax);
-    else if (key == u"speed:")
-        ReadPair(value, profile.SpeedMin, profile.SpeedMax);
-    else if (key == u"turning:")
-        ReadPair(value, profile.TurnMin, profile.TurnMax);
-    else if (key == u"tuning:")
-        ReadPair(value, profile.TuningMin, profile.TuningMax);
-    else if (key == u"reactor:")
-        ReadPair(value, profile.ReactorMin, profile.ReactorMax);
-    else if (key == u"weapon:")
-        ReadPair(value, profile.WeaponMin, profile.WeaponMax);
-    else if (key == u"weaponrecharge:")
-        ReadPair(value, profile.RechargeMin, profile.RechargeMax);
-    else if (key == u"cargo:")
-        ReadFour(value, profile.CargoMin, profile.CargoMax, profile.CargoAvg, profile.CargoDiff);
-    else if (key == u"shield:")
-        ReadFour(value, profile.ShieldMinType, profile.ShieldMinCount, profile.ShieldMaxType,
-                 profile.ShieldMaxCount);
-    else if (key == u"hull:")
-        ReadPair(value, profile.HullMin, profile.HullMax);
+    for (const NumberKey& numbers : NumberKeys) {
+        if (key != KeyOf(numbers).toLower())
+            continue;
+        // A piece that is missing or no number reads as 0.
+        for (int i = 0; i < numbers.count; ++i)
+            profile.*numbers.fields[i] = ReadInt(value.section(u';', i, i));
+    }
 }
 
 } // namespace
@@ -83,20 +72,13 @@ QString ProfileText(const BalanceProfile& p)
     name.replace(u'\r', u' ').replace(u'\n', u' ');
     QString text;
     QTextStream out(&text);
-    out << "Profile: " << name << '\n'
-        << "Class: " << p.Class << '\n'
-        << "Variant: " << p.Variant << '\n'
-        << "Accel: " << Numbers({p.AccelMin, p.AccelMax}) << '\n'
-        << "Speed: " << Numbers({p.SpeedMin, p.SpeedMax}) << '\n'
-        << "Turning: " << Numbers({p.TurnMin, p.TurnMax}) << '\n'
-        << "Tuning: " << Numbers({p.TuningMin, p.TuningMax}) << '\n'
-        << "Reactor: " << Numbers({p.ReactorMin, p.ReactorMax}) << '\n'
-        << "Weapon: " << Numbers({p.WeaponMin, p.WeaponMax}) << '\n'
-        << "WeaponRecharge: " << Numbers({p.RechargeMin, p.RechargeMax}) << '\n'
-        << "Cargo: " << Numbers({p.CargoMin, p.CargoMax, p.CargoAvg, p.CargoDiff}) << '\n'
-        << "Shield: " << Numbers({p.ShieldMinType, p.ShieldMinCount, p.ShieldMaxType, p.ShieldMaxCount})
-        << '\n'
-        << "Hull: " << Numbers({p.HullMin, p.HullMax}) << '\n';
+    out << "Profile: " << name << '\n' << "Class: " << p.Class << '\n' << "Variant: " << p.Variant << '\n';
+    for (const NumberKey& numbers : NumberKeys) {
+        QStringList pieces;
+        for (int i = 0; i < numbers.count; ++i)
+            pieces.append(QString::number(p.*numbers.fields[i]));
+        out << KeyOf(numbers) << ' ' << pieces.join(u';') << '\n';
+    }
     out.flush();
     return text;
 }

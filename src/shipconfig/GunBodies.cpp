@@ -45,12 +45,3 @@ QStringList GameGunLines(const QString& gameDir, const QString& workFile)
     QFile::remove(workFile);
     return lines;
 }
-
-QStringList PackageGunLines(const QList<QStringList>& dummyRows)
-{
-    QStringList lines;
-    for (const QStringList& row : dummyRows)
-        if (row.size() > 1 && row[0].toUpper() == QLatin1String(GunDummySection))
-            lines.append(row[1]);
-    return lines;
-}

@@ -39,7 +39,3 @@ private:
 // `gameDir` that holds one, through the work file `workFile`, which is
 // deleted afterwards. None when no catalog has the table.
 QStringList GameGunLines(const QString& gameDir, const QString& workFile);
-
-// The lines of the rows (section, line) of a package's dummies whose section
-// is SDTYPE_GUN in any case.
-QStringList PackageGunLines(const QList<QStringList>& dummyRows);

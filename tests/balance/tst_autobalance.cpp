@@ -53,14 +53,7 @@ BalanceProfile RandomProfile(QRandomGenerator& r)
     BalanceProfile p;
     p.Profile = QStringLiteral("random");
     p.Class = 0;
-    for (auto [low, high] : {std::pair{&p.SpeedMin, &p.SpeedMax},
-                             {&p.AccelMin, &p.AccelMax},
-                             {&p.ReactorMin, &p.ReactorMax},
-                             {&p.WeaponMin, &p.WeaponMax},
-                             {&p.RechargeMin, &p.RechargeMax},
-                             {&p.CargoMin, &p.CargoMax},
-                             {&p.HullMin, &p.HullMax},
-                             {&p.TurnMin, &p.TurnMax}})
+    for (auto [low, high] : SliderRanges(p))
         std::tie(*low, *high) = RandomRange(r, wellFormed);
     p.TuningMin = r.bounded(0, 20);
     p.TuningMax = p.TuningMin + r.bounded(-2, 12); // a range of 0 now and then
@@ -82,7 +75,8 @@ QString RandomNumberText(QRandomGenerator& r, int32_t min, int32_t max)
     if (r.bounded(6) == 0)
         return QString::number(qint32(r.generate())); // any 32-bit value
     const int64_t span = int64_t(max) - min;
-    return QString::number(int64_t(min) - span / 4 - 10 + int64_t(r.generateDouble() * double(span * 3 / 2 + 20)));
+    return QString::number(int64_t(min) - span / 4 - 10 +
+                           int64_t(r.generateDouble() * double(span * 3 / 2 + 20)));
 }
 
 QString RandomFloatText(QRandomGenerator& r, double typical)
@@ -151,15 +145,16 @@ int ExtremeAverage(BalanceModel model, int changed, bool raise)
 
 bool HasNonFinite(const QString& text)
 {
-    static const QRegularExpression word(QStringLiteral("nan|inf"), QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression word(QStringLiteral("nan|inf"),
+                                         QRegularExpression::CaseInsensitiveOption);
     return word.match(text).hasMatch();
 }
 
 QString DisplayText(const BalanceDisplay& d)
 {
     return QStringList(d.percent.begin(), d.percent.end()).join(u' ') +
-           QStringList{d.shieldPercent, d.tuning, d.speedMin, d.speedMax, d.yaw, d.pitch, d.roll, d.cargoMin,
-                       d.cargoMax, d.recharge}
+           QStringList{d.shieldPercent, d.tuning, d.speedMin, d.speedMax, d.yaw,
+                       d.pitch,         d.roll,   d.cargoMin, d.cargoMax, d.recharge}
                .join(u' ');
 }
 

@@ -34,7 +34,7 @@ void TestCustomiseWindow::acceptWritesTheFormAndCancelOnlyTheLanguage()
     const QString line =
         SetShipField(fixture::SampleShip("SS_SH_SAMPLE_HALBERD"), TurretCockpitField(0), "SS_COCKPIT_MINE");
     window.TextRaw->setPlainText(line);
-    for (const QString& name : {"SS_COCKPIT_MINE", "SS_COCKPIT_UNUSED"})
+    for (const char* name : {"SS_COCKPIT_MINE", "SS_COCKPIT_UNUSED"})
         new QTreeWidgetItem(window.ListCockpit,
                             {name, "<PACKAGE>", NewCockpitLine(name)}); // owned by the list
 

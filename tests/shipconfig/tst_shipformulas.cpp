@@ -136,9 +136,6 @@ void TestShipFormulas::gunBodies()
     QCOMPARE(bodies.NodesOf("ships\\props\\huge"), QStringList({"far:1"}));
     QVERIFY(bodies.NodesOf("ships\\props\\nothing").isEmpty());
     QCOMPARE(bodies.Bodies().size(), 2);
-
-    QCOMPARE(PackageGunLines({{"sdtype_gun", "a;"}, {"SDTYPE_DOCK", "b;"}, {"SDTYPE_GUN"}}),
-             QStringList({"a;"}));
 }
 
 void TestShipFormulas::sceneNodes()

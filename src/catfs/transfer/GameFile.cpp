@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QSaveFile>
+#include <QStringList>
 
 #include <algorithm>
 #include <limits>
@@ -211,12 +212,12 @@ bool GameFileCopyIn(QFile& source, const QString& path, bool packed)
     // fails (a full disk) can put it back instead of losing it.
     const QString stored = packed ? GameFilePackedName(path, true) : path;
     const QString removed = GameFilePackedName(stored, false);
+    QStringList replaced{path, stored, removed};
+    replaced.removeDuplicates();
     QList<StoredFile> previous;
-    for (const QString& name : {path, stored, removed})
+    for (const QString& name : replaced)
         if (std::optional<QByteArray> bytes = ReadStored(name))
-            if (std::none_of(previous.begin(), previous.end(),
-                             [&](const StoredFile& f) { return f.path == name; }))
-                previous.append({name, std::move(*bytes)});
+            previous.append({name, std::move(*bytes)});
 
     // CatOpen never truncates and would take an existing disk file as the
     // start of the new content, so a file on disk goes first.
